@@ -1,0 +1,12 @@
+// Progressive multiple alignment against a profile of the growing group.
+#pragma once
+
+#include <span>
+
+#include "align/align_score.hpp"
+#include "seq/seq_record.hpp"
+
+extern AlignRecord mar;
+
+void do_mult_align(std::span<const int> alignOrder);
+void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int len);

@@ -1,0 +1,19 @@
+// The program's fixed limits, in one place.
+#pragma once
+
+#include <cstddef>
+
+inline constexpr int kMaxSeqs = 500;          // sequences in one run
+inline constexpr int kMinRes = 3;             // residues a sequence needs at least
+inline constexpr int kMaxRes = 4000;          // residues a sequence may have at most
+inline constexpr int kResNumsLen = 4000;      // entries of a residue numbering table
+inline constexpr int kMaxAlignLen = 3500;     // columns of an aligned string
+inline constexpr std::size_t kFnameLen = 256; // file name buffers, terminator included
+inline constexpr int kLineRead = 254;         // characters of one bounded line read
+inline constexpr int kTableDim = 32;          // score tables are kTableDim x kTableDim
+inline constexpr int kTableSize = kTableDim * kTableDim;
+inline constexpr int kOtherCode = 26;         // table index of any non-letter
+inline constexpr int kGroupPen = 5000;        // gap charge inside a user group
+inline constexpr int kAnchorScore = 10000;    // same anchor paired with itself
+inline constexpr int kCarryFloor = -10000;    // initial gap carry of the summation
+inline constexpr int kSeqSelectMax = kMaxSeqs + 2;

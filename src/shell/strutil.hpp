@@ -1,0 +1,17 @@
+// Small routines over byte strings shared by the sequence readers and the
+// alignment engine. Blank (' ') is the gap character throughout. None of
+// them allocates; lengths are explicit where a text may hold no terminator.
+#pragma once
+
+#include <cstdint>
+
+void to_upper(const char* src, char* dst);
+int remove_blanks(const char* src, int len, char* dst);
+int count_chars_in_string(const char* text, int len, char ch);
+// Lays the gap-free inStr into the gap pattern of an aligned text: out gets a
+// blank where pattern has blankCh and the next inStr character elsewhere.
+void str_match_blanks(const char* inStr, int inLen, const char* pattern, int patLen, char blankCh, char* out);
+void str_scan(char* text, int len, char from, char to);
+void chars_to_nums(int len, const char* chars, std::int32_t* codes);
+int string_match_num(const char* a, const char* b, int lenA, int lenB);
+int calc_align_strlen(const char* text, int* lead, int* end);

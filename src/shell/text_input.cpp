@@ -1,0 +1,38 @@
+#include "shell/text_input.hpp"
+
+#include <cctype>
+
+UniqueFile open_file(const std::string& path, const char* mode) {
+  return UniqueFile(std::fopen(path.c_str(), mode));
+}
+
+bool read_word(std::FILE* stream, std::string& word) {
+  word.clear();
+  int ch = std::fgetc(stream);
+  while (ch != EOF && std::isspace(ch)) ch = std::fgetc(stream);
+  if (ch == EOF) return false;
+  while (ch != EOF && !std::isspace(ch)) {
+    word.push_back(static_cast<char>(ch));
+    ch = std::fgetc(stream);
+  }
+  if (ch != EOF) std::ungetc(ch, stream);
+  return true;
+}
+
+bool read_line(std::FILE* stream, std::string& line, int maxChars) {
+  line.clear();
+  while (static_cast<int>(line.size()) < maxChars) {
+    const int ch = std::fgetc(stream);
+    if (ch == EOF) break;
+    line.push_back(static_cast<char>(ch));
+    if (ch == '\n') break;
+  }
+  return !line.empty();
+}
+
+void skip_line(std::FILE* stream, int maxChars) {
+  for (int count = 0; count < maxChars; ++count) {
+    const int ch = std::fgetc(stream);
+    if (ch == EOF || ch == '\n') return;
+  }
+}

@@ -1,0 +1,31 @@
+// Low-level reading of text streams, shared by the parameter reader and the
+// sequence readers: whitespace-delimited words and bounded line reads.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+struct FileCloser {
+  void operator()(std::FILE* stream) const {
+    if (stream != nullptr) std::fclose(stream);
+  }
+};
+using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
+
+// Opens path with mode; an empty handle when it can't be opened.
+UniqueFile open_file(const std::string& path, const char* mode);
+
+// Reads one whitespace-delimited word, as a "%s" scan does: leading white
+// space is skipped, the white space that ends the word is left unread.
+// Returns false at end of input before any word character.
+bool read_word(std::FILE* stream, std::string& word);
+
+// Reads as an fgets into a buffer of maxChars + 1 bytes does: up to maxChars
+// characters, stopping after a newline (which is kept). Returns false at end
+// of input before any character.
+bool read_line(std::FILE* stream, std::string& line, int maxChars);
+
+// Discards the rest of the current line, up to maxChars characters or through
+// the next newline, whichever comes first.
+void skip_line(std::FILE* stream, int maxChars);

@@ -1,0 +1,97 @@
+#include "support/test_support.hpp"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace testsupport {
+
+TempDir::TempDir() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "ravlin-test-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
+  path_ = pattern;
+}
+
+TempDir::~TempDir() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::filesystem::path TempDir::write(const std::string& name, const std::string& text) const {
+  const auto full = path_ / name;
+  write_file(full, text);
+  return full;
+}
+
+std::string TempDir::read(const std::string& name) const { return read_file(path_ / name); }
+
+std::string read_file(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+void write_file(const std::filesystem::path& path, const std::string& text) {
+  std::ofstream out(path, std::ios::binary);
+  out << text;
+}
+
+std::string shell_quote(const std::string& word) {
+  std::string quoted = "'";
+  for (char ch : word) {
+    if (ch == '\'')
+      quoted += "'\\''";
+    else
+      quoted += ch;
+  }
+  return quoted + "'";
+}
+
+RunResult run_command(const std::string& commandLine, const std::string& stdinText,
+                      const std::filesystem::path& workdir) {
+  TempDir scratch;
+  const auto inputPath = scratch.write("stdin", stdinText);
+  const auto outputPath = scratch.file("stdout");
+  const std::string full = "cd " + shell_quote(workdir.string()) + " && " + commandLine + " < " +
+                           shell_quote(inputPath.string()) + " > " + shell_quote(outputPath.string());
+  const int raw = std::system(full.c_str());
+  RunResult result;
+  if (raw != -1 && WIFEXITED(raw)) result.status = WEXITSTATUS(raw);
+  result.out = read_file(outputPath);
+  return result;
+}
+
+std::string tool_path(const std::string& name) { return std::string(RAVLIN_TOOL_DIR) + "/" + name; }
+
+std::filesystem::path source_path(const std::string& relative) {
+  return std::filesystem::path(RAVLIN_SOURCE_DIR) / relative;
+}
+
+std::string error_frame(int level, const std::string& module, const std::string& message) {
+  const std::string stars(50, '*');
+  return "\n" + stars + "\n\n" + (level == 1 ? " Fatal Error Detected!\n" : " Warning, Error Detected!\n") + "\n" +
+         " Module.: " + module + "\n" + " Message: " + message + "\n" + "\n" + stars + "\n\n";
+}
+
+void stdout_to_stderr() {
+  std::fflush(stdout);
+  dup2(2, 1);
+}
+
+std::string mask_date(const std::string& report) {
+  const std::string label = "   Date..........: ";
+  const auto at = report.find(label);
+  if (at == std::string::npos) return report;
+  const auto end = report.find('\n', at);
+  if (end == std::string::npos) return report;
+  return report.substr(0, at) + label + "<date>" + report.substr(end);
+}
+
+}  // namespace testsupport

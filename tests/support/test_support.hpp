@@ -1,0 +1,71 @@
+// Helpers shared by the tests.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace testsupport {
+
+// A fresh directory under the system's temporary directory, removed with
+// everything in it when the object goes.
+class TempDir {
+ public:
+  TempDir();
+  ~TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path file(const std::string& name) const { return path_ / name; }
+  // Writes text to name inside the directory and returns the full path.
+  std::filesystem::path write(const std::string& name, const std::string& text) const;
+  std::string read(const std::string& name) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string read_file(const std::filesystem::path& path);
+void write_file(const std::filesystem::path& path, const std::string& text);
+
+struct RunResult {
+  int status = -1;  // exit status, or -1 when the program did not exit normally
+  std::string out;  // everything written to standard output
+};
+
+// Runs a shell command line in workdir with stdinText on standard input.
+RunResult run_command(const std::string& commandLine, const std::string& stdinText,
+                      const std::filesystem::path& workdir);
+
+// Quotes a word for the shell.
+std::string shell_quote(const std::string& word);
+
+// Path of a test tool built from tests/tools/<name>.cpp.
+std::string tool_path(const std::string& name);
+// Path of a file in the source tree.
+std::filesystem::path source_path(const std::string& relative);
+
+// The framed report that show_err prints.
+std::string error_frame(int level, const std::string& module, const std::string& message);
+
+// Sends what the statement writes to standard output to standard error, so a
+// death test can match it.
+void stdout_to_stderr();
+
+// Replaces the date line of a report with a fixed text.
+std::string mask_date(const std::string& report);
+
+}  // namespace testsupport
+
+// Expects statement to end the process with status 1 after writing exactly
+// expected to standard output.
+#define EXPECT_FATAL_OUTPUT(statement, expected)                                             \
+  EXPECT_EXIT(                                                                               \
+      {                                                                                      \
+        ::testsupport::stdout_to_stderr();                                                   \
+        statement;                                                                           \
+      },                                                                                     \
+      ::testing::ExitedWithCode(1), ::testing::Eq(std::string(expected)))
