@@ -1,23 +1,177 @@
+// Sections: public routines (init, score, add score, sum, path start), then
+// the summation's private helpers.
 #include "align/sum_matrix.hpp"
 
+#include <algorithm>
+#include <vector>
+
 #include "shell/errors.hpp"
+#include "shell/limits.hpp"
+
+namespace {
+
+// Sums wrap at 32 bits as the kernel always has; doing it through unsigned
+// keeps that without signed-overflow undefined behaviour. Inlined away.
+inline std::int32_t add32(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+inline std::int32_t sub32(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+
+// A table element for any code pair stays inside the table, whatever the codes.
+inline std::int32_t table_at(const ScoreTable& table, std::int32_t rowCode, std::int32_t colCode) {
+  return table[static_cast<std::uint32_t>(add32(rowCode, colCode)) & (kTableSize - 1)];
+}
+
+// The gap carry of one column, with that column's row-invariant step terms
+// kept alongside so that the cell loop reads one record per column.
+struct ColCarry {
+  std::int32_t score;      // best gapped total reaching down this column
+  std::int32_t level;      // structure level already charged to score
+  std::int32_t next;       // cell the carry links to
+  std::int32_t structMin;  // min(colStruct[c - 1], colStruct[c])
+  std::int32_t gapCharge;  // gapPen + colGroup[c]
+};
+
+std::vector<ColCarry> make_col_carries(int cols, const std::int32_t* colStruct, const std::int32_t* colGroup,
+                                       int gapPen) {
+  std::vector<ColCarry> carries = checked_vector<ColCarry>(static_cast<std::size_t>(cols), "sm_mat_sum");
+  for (int c = 0; c < cols; ++c) {
+    carries[c].score = kCarryFloor;
+    carries[c].level = 0;
+    carries[c].next = kNoCell;  // never followed before a candidate sets it; cleared all the same
+    carries[c].structMin = c >= 1 ? std::min(colStruct[c - 1], colStruct[c]) : 0;
+    carries[c].gapCharge = add32(gapPen, colGroup[c]);
+  }
+  return carries;
+}
+
+bool has_cells(int rows, int cols) { return rows > 0 && cols > 0; }
+
+}  // namespace
 
 void sm_mat_init(SumCell* matrix, int rows, int cols, int clearScores) {
-  fatal_err("sm_mat_init", "not built yet");
+  if (!has_cells(rows, cols)) return;
+  const std::size_t cells = static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols);
+  if (clearScores == 1)
+    for (std::size_t k = 0; k < cells; ++k) matrix[k].score = 0;
+  for (int i = 0; i < rows; ++i) matrix[static_cast<std::size_t>(i) * cols + (cols - 1)].next = kNoCell;
+  SumCell* lastRow = matrix + static_cast<std::size_t>(rows - 1) * cols;
+  for (int j = 0; j < cols; ++j) lastRow[j].next = kNoCell;
 }
 
-void sm_mat_score(const ScoreTable& table, SumCell* matrix, int rows, int cols, const std::int32_t* rowCodes, const std::int32_t* colCodes) {
-  fatal_err("sm_mat_score", "not built yet");
+void sm_mat_score(const ScoreTable& table, SumCell* matrix, int rows, int cols, const std::int32_t* rowCodes,
+                  const std::int32_t* colCodes) {
+  for (int i = 0; i < rows; ++i) {
+    SumCell* row = matrix + static_cast<std::size_t>(i) * cols;
+    const std::int32_t rowCode = rowCodes[i];
+    for (int j = 0; j < cols; ++j) row[j].score = table_at(table, rowCode, colCodes[j]);
+  }
 }
 
-void sm_mat_add_score(const ScoreTable& table, SumCell* matrix, int rows, int cols, const std::int32_t* rowCodes, const std::int32_t* colCodes) {
-  fatal_err("sm_mat_add_score", "not built yet");
+void sm_mat_add_score(const ScoreTable& table, SumCell* matrix, int rows, int cols, const std::int32_t* rowCodes,
+                      const std::int32_t* colCodes) {
+  for (int i = 0; i < rows; ++i) {
+    SumCell* row = matrix + static_cast<std::size_t>(i) * cols;
+    const std::int32_t rowCode = rowCodes[i];
+    for (int j = 0; j < cols; ++j) row[j].score = add32(row[j].score, table_at(table, rowCode, colCodes[j]));
+  }
 }
 
-void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct, const std::int32_t* colStruct, const std::int32_t* rowGroup, const std::int32_t* colGroup, int gapPen, int gapSizePen) {
-  fatal_err("sm_mat_sum", "not built yet");
+void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct, const std::int32_t* colStruct,
+                const std::int32_t* rowGroup, const std::int32_t* colGroup, int gapPen, int gapSizePen) {
+  // A single row (or none) has no successor row: the pair scores stay as they are.
+  if (rows - 1 < 1 || cols < 1) return;
+  std::vector<ColCarry> carries = make_col_carries(cols, colStruct, colGroup, gapPen);
+  ColCarry* const col = carries.data();
+
+  // The row carry's link is set once and deliberately kept across rows.
+  std::int32_t rowNext = (rows - 1) * cols + (cols - 1);
+
+  // Backwards over T = (i, j), with D = (i+1, j+1), cur = D.score (final), c = j + 1:
+  //   T.score += max of  cur           -> next = D              (wins every tie)
+  //                      colScore[c]   -> next = colNext[c]     (only if > rowScore)
+  //                      rowScore      -> next = rowNext
+  //   s = min(colStruct[j], colStruct[c]) + min(rowStruct[i], rowStruct[i+1])
+  //   each carry X (row: group = rowGroup[i+1]; column c: group = colGroup[c]):
+  //     if s > X.level:  X.score -= s - X.level, X.level = s   (a stiffer structure step)
+  //     cand = cur - gapPen - group - s;  if cand > X.score: X = {cand, D, s}   (strict)
+  //     X.score -= gapSizePen                                  (one more skipped position)
+  // The row carry thus links T to (i+1, k > j+1), a column carry to (k > i+1, c).
+  for (int i = rows - 2; i >= 0; --i) {
+    SumCell* const row = matrix + static_cast<std::size_t>(i) * cols;
+    const SumCell* const below = row + cols;
+    const std::int32_t belowStart = (i + 1) * cols;
+    const std::int32_t rowStructMin = std::min(rowStruct[i], rowStruct[i + 1]);
+    const std::int32_t rowGapCharge = add32(gapPen, rowGroup[i + 1]);
+    std::int32_t rowScore = kCarryFloor;
+    std::int32_t rowLevel = 0;
+
+    for (int j = cols - 2; j >= 0; --j) {
+      const int c = j + 1;
+      const std::int32_t cur = below[c].score;
+      const std::int32_t diag = belowStart + c;
+      ColCarry& cc = col[c];
+      SumCell& target = row[j];
+
+      if (cur >= cc.score && cur >= rowScore) {
+        target.score = add32(target.score, cur);
+        target.next = diag;
+      } else if (cc.score > rowScore) {
+        target.score = add32(target.score, cc.score);
+        target.next = cc.next;
+      } else {
+        target.score = add32(target.score, rowScore);
+        target.next = rowNext;
+      }
+
+      const std::int32_t s = add32(cc.structMin, rowStructMin);
+
+      if (s > rowLevel) {
+        rowScore = sub32(rowScore, sub32(s, rowLevel));
+        rowLevel = s;
+      }
+      const std::int32_t rowCand = sub32(sub32(cur, rowGapCharge), s);
+      if (rowCand > rowScore) {
+        rowScore = rowCand;
+        rowNext = diag;
+        rowLevel = s;
+      }
+      rowScore = sub32(rowScore, gapSizePen);
+
+      if (s > cc.level) {
+        cc.score = sub32(cc.score, sub32(s, cc.level));
+        cc.level = s;
+      }
+      const std::int32_t colCand = sub32(sub32(cur, cc.gapCharge), s);
+      if (colCand > cc.score) {
+        cc.score = colCand;
+        cc.next = diag;
+        cc.level = s;
+      }
+      cc.score = sub32(cc.score, gapSizePen);
+    }
+  }
 }
 
 std::int32_t find_path_start(const SumCell* matrix, int rows, int cols) {
-  fatal_err("find_path_start", "not built yet");
+  if (!has_cells(rows, cols)) return kNoCell;
+  std::int32_t best = 0;
+  std::int32_t start = kNoCell;
+  for (int j = 0; j < cols; ++j) {
+    if (matrix[j].score > best) {
+      best = matrix[j].score;
+      start = j;
+    }
+  }
+  for (int i = 1; i < rows; ++i) {
+    const std::int32_t cell = i * cols;
+    if (matrix[cell].score > best) {
+      best = matrix[cell].score;
+      start = cell;
+    }
+  }
+  return start;
 }
