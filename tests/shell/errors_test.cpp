@@ -41,9 +41,14 @@ TEST(CheckedAllocation, ExhaustionEndsTheRunWithTheMemoryFrame) {
   show_err_mem("calc_pair_align: sm");
   const std::string frame = testing::internal::GetCapturedStdout();
   const std::size_t huge = static_cast<std::size_t>(-1) / 2;
-  EXPECT_FATAL_OUTPUT(emalloc(huge, "calc_pair_align: sm"), frame);
-  EXPECT_FATAL_OUTPUT(ecalloc(huge, 4, "calc_pair_align: sm"), frame);
-  EXPECT_FATAL_OUTPUT(checked_vector<int>(huge, "calc_pair_align: sm"), frame);
+  // A sanitizer build may note the failed request on standard error first.
+  const auto endsWithFrame = testing::EndsWith(frame);
+  EXPECT_EXIT((testsupport::stdout_to_stderr(), emalloc(huge, "calc_pair_align: sm")), testing::ExitedWithCode(1),
+              endsWithFrame);
+  EXPECT_EXIT((testsupport::stdout_to_stderr(), ecalloc(huge, 4, "calc_pair_align: sm")), testing::ExitedWithCode(1),
+              endsWithFrame);
+  EXPECT_EXIT((testsupport::stdout_to_stderr(), checked_vector<int>(huge, "calc_pair_align: sm")),
+              testing::ExitedWithCode(1), endsWithFrame);
 }
 
 TEST(CheckedAllocation, ZeroFillsWhatItReturns) {
