@@ -1,13 +1,207 @@
 #include "malign/mult_align.hpp"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "align/penalties.hpp"
+#include "align/sum_matrix.hpp"
+#include "align/traceback.hpp"
+#include "malign/run_driver.hpp"
+#include "matrix/weight_matrix.hpp"
+#include "report/report.hpp"
 #include "shell/errors.hpp"
+#include "shell/limits.hpp"
+#include "shell/run_params.hpp"
+#include "shell/strutil.hpp"
 
 AlignRecord mar;
 
-void do_mult_align(std::span<const int> alignOrder) {
-  fatal_err("do_mult_align", "not built yet");
+namespace {
+
+using Codes = std::vector<std::int32_t>;
+
+// Exactly n characters of a sequence's string. Every reader supplies them;
+// an absent structure or grouping string reads as its filler, and a short
+// string is padded rather than read past its end.
+std::string bounded_copy(const std::optional<std::string>& text, int n, char filler) {
+  const std::size_t len = n > 0 ? static_cast<std::size_t>(n) : 0;
+  std::string copy = text ? text->substr(0, len) : std::string();
+  copy.resize(len, filler);
+  return copy;
+}
+
+std::string bounded_copy(const std::string& text, int n, char filler) {
+  return bounded_copy(std::optional<std::string>(text), n, filler);
+}
+
+// One aligned string: the gap-free text laid onto the template's gaps.
+std::string lay_onto_template(const std::string& text, const char* templ, int len, const char* module) {
+  std::string aligned = checked_string(len > 0 ? static_cast<std::size_t>(len) : 0, ' ', module);
+  str_match_blanks(text.c_str(), static_cast<int>(text.size()), templ, len, ' ', aligned.data());
+  str_scan(aligned.data(), len, ' ', ' ');
+  return aligned;
+}
+
+std::size_t cell_count(int rows, int cols) {
+  if (rows < 1 || cols < 1) return 0;
+  return static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols);
+}
+
+// The step's work arrays for the sequence being added (d) and the alignment (m).
+struct StepArrays {
+  Codes dSeqNums;
+  Codes dsSeqNums;
+  Codes dsNums;
+  Codes msNums;
+  Codes dPenGroup;
+  Codes mPenGroup;
+};
+
+StepArrays alloc_step_arrays(int alignLen, int seqLen) {
+  const std::size_t m = alignLen > 0 ? static_cast<std::size_t>(alignLen) : 0;
+  const std::size_t d = seqLen > 0 ? static_cast<std::size_t>(seqLen) : 0;
+  StepArrays arrays;
+  arrays.dSeqNums = checked_vector<std::int32_t>(d, "dSeqNums");
+  arrays.dsSeqNums = checked_vector<std::int32_t>(d, "dsSeqNums");
+  arrays.dsNums = checked_vector<std::int32_t>(d, "dsNums");
+  arrays.msNums = checked_vector<std::int32_t>(m, "msNums");
+  arrays.dPenGroup = checked_vector<std::int32_t>(d, "dPenGroup");
+  arrays.mPenGroup = checked_vector<std::int32_t>(m, "mPenGroup");
+  return arrays;
+}
+
+void prepare_new_seq(const SeqRecord& seq, int n, StepArrays& arrays) {
+  const std::string res = bounded_copy(seq.pRes, n, ' ');
+  const std::string sres = bounded_copy(seq.sRes, n, 'X');
+  codes_to_indices(res.c_str(), n, arrays.dSeqNums.data(), kOtherCode);
+  calc_struct_scores(sres.c_str(), n, arrays.dsNums.data(), midStructPen, endStructPen, 1);
+  if (seq.hasURes == 1) {
+    const std::string ures = bounded_copy(seq.uRes, n, '-');
+    calc_anchor_group_pen(ures.c_str(), n, arrays.dSeqNums.data(), arrays.dPenGroup.data(), kGroupPen);
+  }
+  if (seq.hasSRes == 1) codes_to_indices(sres.c_str(), n, arrays.dsSeqNums.data(), kOtherCode);
+}
+
+void scale_row_codes(Codes& codes) {
+  for (std::int32_t& code : codes) code *= kTableDim;
+}
+
+// The alignment as a profile: every member adds its scores against the new
+// sequence, its structure penalties and the groups it forbids to split.
+void add_member_profiles(const SeqRecord& newSeq, int alignLen, int seqLen, StepArrays& arrays,
+                         std::vector<SumCell>& matrix) {
+  const std::size_t m = static_cast<std::size_t>(alignLen);
+  Codes aNums = checked_vector<std::int32_t>(m, "aNums");
+  Codes mSeqNums = checked_vector<std::int32_t>(m, "mSeqNums");
+  Codes msSeqNums = checked_vector<std::int32_t>(m, "msSeqNums");
+  for (int k = 0; k < mar.numSeqs; ++k) {
+    const AlignedSeq& member = mar.seqs[static_cast<std::size_t>(k)];
+    const SeqRecord& memberSeq = mySeq[static_cast<std::size_t>(member.seqIndex)];
+    codes_to_indices(member.aRes.c_str(), alignLen, mSeqNums.data(), kOtherCode);
+    calc_struct_scores(member.aSRes.c_str(), alignLen, aNums.data(), midStructPen, endStructPen, 1);
+    for (std::size_t p = 0; p < m; ++p) arrays.msNums[p] += aNums[p];
+    if (memberSeq.hasURes == 1)
+      calc_anchor_group_pen(member.aURes.c_str(), alignLen, mSeqNums.data(), arrays.mPenGroup.data(), kGroupPen);
+    scale_row_codes(mSeqNums);
+    sm_mat_add_score(wtMatrix, matrix.data(), alignLen, seqLen, mSeqNums.data(), arrays.dSeqNums.data());
+    if (memberSeq.hasSRes == 1 && newSeq.hasSRes == 1) {
+      codes_to_indices(member.aSRes.c_str(), alignLen, msSeqNums.data(), kOtherCode);
+      scale_row_codes(msSeqNums);
+      sm_mat_add_score(ssMatrix, matrix.data(), alignLen, seqLen, msSeqNums.data(), arrays.dsSeqNums.data());
+    }
+  }
+}
+
+void regap_string(std::string& aligned, int oldLen, const char* templ, int newLen, const char* module) {
+  const std::string copy = bounded_copy(aligned, oldLen, ' ');
+  aligned = lay_onto_template(copy, templ, newLen, module);
+}
+
+// Gaps once placed stay: when the alignment grew, every member receives the
+// new blank columns where the traceback put them.
+void update_malign_seqs(int oldLen, const char* templ, int newLen) {
+  if (newLen == oldLen || mar.numSeqs <= 0) return;
+  for (int k = 0; k < mar.numSeqs; ++k) {
+    AlignedSeq& member = mar.seqs[static_cast<std::size_t>(k)];
+    regap_string(member.aRes, oldLen, templ, newLen, "update_malign_seqs: pRes");
+    regap_string(member.aSRes, oldLen, templ, newLen, "update_malign_seqs: sRes");
+    regap_string(member.aURes, oldLen, templ, newLen, "update_malign_seqs: uBuf");
+  }
+}
+
+// Aligns one more sequence against the alignment so far.
+void add_next_seq(int seqIndex, int curGapPen, int curGapSizePen, std::vector<SumCell>& matrix,
+                  std::vector<char>& mTemplate, std::vector<char>& dTemplate) {
+  const SeqRecord& newSeq = mySeq[static_cast<std::size_t>(seqIndex)];
+  const int seqLen = newSeq.numRes;
+  const int alignLen = mar.alignLen;
+  const std::size_t cells = cell_count(alignLen, seqLen);
+  if (matrix.size() < cells) matrix = checked_vector<SumCell>(cells, "sm");
+  StepArrays arrays = alloc_step_arrays(alignLen, seqLen);
+  sm_mat_init(matrix.data(), alignLen, seqLen, 1);
+  prepare_new_seq(newSeq, seqLen, arrays);
+  add_member_profiles(newSeq, alignLen, seqLen, arrays, matrix);
+
+  sm_mat_sum(matrix.data(), alignLen, seqLen, arrays.msNums.data(), arrays.dsNums.data(), arrays.mPenGroup.data(),
+             arrays.dPenGroup.data(), curGapPen, curGapSizePen);
+  const std::int32_t start = find_path_start(matrix.data(), alignLen, seqLen);
+  const int newLen = find_best_align(start, matrix.data(), alignLen, seqLen, mTemplate, dTemplate, kMaxAlignLen);
+
+  update_malign_seqs(alignLen, mTemplate.data(), newLen);
+  add_dSeq_malign(seqIndex, newSeq, dTemplate.data(), newLen);
+  mar.alignLen = newLen;
+}
+
+}  // namespace
+
+int grow_gap_pen(int pen, int step, int incPct) {
+  // Integer product, sum in double, truncated toward zero.
+  const std::int32_t raise = static_cast<std::int32_t>(pen) * step * incPct;
+  return static_cast<int>(pen + raise * 0.01);
 }
 
 void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int len) {
-  fatal_err("add_dSeq_malign", "not built yet");
+  const std::size_t slot = mar.numSeqs > 0 ? static_cast<std::size_t>(mar.numSeqs) : 0;
+  if (mar.seqs.size() <= slot) mar.seqs.resize(slot + 1);
+  AlignedSeq& entry = mar.seqs[slot];
+  entry.seqIndex = seqIndex;
+  const int n = seq.numRes;
+  entry.aRes = lay_onto_template(bounded_copy(seq.pRes, n, ' '), templ, len, "add_dSeq_malign: pRes");
+  entry.aSRes = lay_onto_template(bounded_copy(seq.sRes, n, 'X'), templ, len, "add_dSeq_malign: sRes");
+  entry.aURes = lay_onto_template(bounded_copy(seq.uRes, n, '-'), templ, len, "add_dSeq_malign: uBuf");
+  mar.numSeqs = static_cast<std::int32_t>(slot) + 1;
+}
+
+void do_mult_align(std::span<const int> alignOrder) {
+  mar.numSeqs = 0;
+  mar.alignLen = 0;
+  const int count = std::min(multAlignNum, static_cast<int>(alignOrder.size()));
+  if (count < 1) return;
+
+  int curGapPen = gapPen;
+  int curGapSizePen = gapSizePen;
+  const int first = alignOrder[0];
+  const SeqRecord& firstSeq = mySeq[static_cast<std::size_t>(first)];
+  // The first member is its own template: a straight copy.
+  const std::string firstTemplate = bounded_copy(firstSeq.pRes, firstSeq.numRes, ' ');
+  add_dSeq_malign(first, firstSeq, firstTemplate.c_str(), firstSeq.numRes);
+  mar.alignLen = firstSeq.numRes;
+
+  std::vector<SumCell> matrix;
+  // The traceback stops writing at the end of the buffers; one more for the terminator.
+  std::vector<char> mTemplate(kMaxAlignLen + 1, '\0');
+  std::vector<char> dTemplate(kMaxAlignLen + 1, '\0');
+  for (int k = 1; k < count; ++k) {
+    add_next_seq(alignOrder[static_cast<std::size_t>(k)], curGapPen, curGapSizePen, matrix, mTemplate, dTemplate);
+    curGapPen = grow_gap_pen(gapPen, k, incGapPen);
+    curGapSizePen = grow_gap_pen(gapSizePen, k, incGapPen);
+  }
+
+  mar.pctHomol = scor_align_pct(wtMatrix, mar, mar.alignLen);
+  print_statistics(outfp, mar);
+  print_mult_align(outfp, mar, alignOrder.first(static_cast<std::size_t>(count)));
 }

@@ -10,3 +10,7 @@ extern AlignRecord mar;
 
 void do_mult_align(std::span<const int> alignOrder);
 void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int len);
+
+// Gap penalty in force after `step` additions: pen raised by step times
+// incPct percent (integer product, sum in double, truncated toward zero).
+int grow_gap_pen(int pen, int step, int incPct);

@@ -1,10 +1,237 @@
 #include "malign/run_driver.hpp"
 
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "align/pair_align.hpp"
+#include "malign/mult_align.hpp"
+#include "malign/ordering.hpp"
+#include "matrix/weight_matrix.hpp"
+#include "report/report.hpp"
+#include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
+#include "shell/limits.hpp"
+#include "shell/parms.hpp"
+#include "shell/run_params.hpp"
 
 std::FILE* outfp = nullptr;
 PctHomTable pctHomMatrix{};
 
+namespace {
+
+// One found-flag per key, in the order in which missing keys are reported.
+enum KeyId {
+  kScorMatrix,
+  kWtPmat,
+  kWtSmat,
+  kGapPenKey,
+  kGapPenSize,
+  kMidGapPen,
+  kEndGapPen,
+  kNearMatch,
+  kBlankMatch,
+  kStructBias,
+  kIncGapPen,
+  kPrintFormat,
+  kPrintPairwise,
+  kPrintPctHom,
+  kPrintOrder,
+  kConsensusPct,
+  kResLineLen,
+  kDataFormat,
+  kDataFile,
+  kSeqSelect,
+  kAsciiFlag,
+  kKeyCount
+};
+
+constexpr std::array<const char*, kKeyCount> kKeyNames = {
+    "RAVLIN:SCOR_MATRIX",    "KEY:WT_PMAT",          "KEY:WT_SMAT",        "KEY:GAP_PEN",
+    "KEY:GAP_PEN_SIZE",      "KEY:MID_GAP_PEN",      "KEY:END_GAP_PEN",    "KEY:NEAR_MATCH",
+    "KEY:BLANK_MATCH",       "RAVLIN:STRUCT_BIAS",   "RAVLIN:INC_GAP_PEN", "RAVLIN:PRINT_FORMAT",
+    "RAVLIN:PRINT_PAIRWISE", "RAVLIN:PRINT_PCT_HOM", "RAVLIN:PRINT_ORDER", "RAVLIN:CONSENSUS_PCT",
+    "RAVLIN:RES_LINE_LEN",   "RAVLIN:DATA_FORMAT",   "RAVLIN:DATA_FILE",   "RAVLIN:SEQ_SELECT",
+    "RAVLIN:ASCII_FLAG"};
+
+using FoundFlags = std::array<int, kKeyCount>;
+
+// An integer key: where its value goes and the bounds it must keep.
+struct IntKey {
+  KeyId id;
+  int min;
+  int max;
+  int* target;
+};
+
+// What the parameter file gives the run besides the run-parameter globals.
+struct RunInputs {
+  int dataFormat = 0;
+  std::string dataFname;
+  int seqSelect = 0;
+};
+
+const IntKey* find_int_key(std::span<const IntKey> keys, const std::string& word) {
+  for (const IntKey& key : keys)
+    if (word == kKeyNames[key.id]) return &key;
+  return nullptr;
+}
+
+void read_weight_file(std::FILE* weights, FoundFlags& found) {
+  const std::array<IntKey, 6> intKeys = {{{kGapPenKey, 0, 500, &gapPen},
+                                          {kGapPenSize, 0, 50, &gapSizePen},
+                                          {kNearMatch, -50, 50, &nearMatchScore},
+                                          {kBlankMatch, 0, 500, &blankMatch},
+                                          {kMidGapPen, 0, 500, &midStructPen},
+                                          {kEndGapPen, 0, 500, &endStructPen}}};
+  std::string word;
+  while (read_parm_key(weights, "KEY", 3, word) == 1) {
+    if (word == kKeyNames[kWtPmat]) {
+      found[kWtPmat] = read_matrix_file(weights, wtMatrix);
+    } else if (word == kKeyNames[kWtSmat]) {
+      found[kWtSmat] = read_matrix_file(weights, ssMatrix);
+    } else if (const IntKey* key = find_int_key(intKeys, word)) {
+      found[key->id] = read_parm_int(weights, key->target, key->min, key->max, word);
+    }
+  }
+}
+
+void read_run_parms(std::FILE* parms, RunInputs& inputs, FoundFlags& found) {
+  const std::array<IntKey, 11> intKeys = {{{kDataFormat, 1, 5, &inputs.dataFormat},
+                                           {kSeqSelect, 1, kSeqSelectMax, &inputs.seqSelect},
+                                           {kStructBias, -100, 100, &structBias},
+                                           {kIncGapPen, 0, 100, &incGapPen},
+                                           {kPrintPairwise, 0, 1, &printPairsFlag},
+                                           {kPrintPctHom, 0, 1, &printPctHomFlag},
+                                           {kPrintFormat, 0, 1, &printFormat},
+                                           {kPrintOrder, 0, 1, &printOrderFlag},
+                                           {kConsensusPct, 0, 100, &consensusPercent},
+                                           {kResLineLen, 3, 256, &resLineLen},
+                                           {kAsciiFlag, 0, 1, &asciiFlag}}};
+  std::string word;
+  while (read_parm_key(parms, "RAVLIN", 6, word) == 1) {
+    if (word == kKeyNames[kDataFile]) {
+      found[kDataFile] = read_parm_string(parms, inputs.dataFname);
+    } else if (word == kKeyNames[kScorMatrix]) {
+      // The weight file is read whole at once, then closed.
+      UniqueFile weights = read_parm_fname2(parms, wtMatFname, word);
+      found[kScorMatrix] = weights ? 1 : 0;
+      if (weights) read_weight_file(weights.get(), found);
+    } else if (const IntKey* key = find_int_key(intKeys, word)) {
+      found[key->id] = read_parm_int(parms, key->target, key->min, key->max, word);
+      if (key->id == kSeqSelect) mSeqSelect = inputs.seqSelect - 1;
+    }
+  }
+}
+
+bool counts_as_missing(KeyId id) {
+  if (id == kAsciiFlag) return false;
+  if (id == kPrintFormat || id == kPrintPairwise || id == kResLineLen) return asciiFlag == 1;
+  return true;
+}
+
+void check_ravlin_parms(const FoundFlags& found) {
+  for (int id = 0; id < kKeyCount; ++id)
+    if (found[id] == 0 && counts_as_missing(static_cast<KeyId>(id)))
+      fatal_err("check_ravlin_parms", "Missing Parameter: %s\n", kKeyNames[id]);
+}
+
+// Anchors score 10000 against themselves; a blank scores blankMatch
+// against anything.
+void prepare_wt_matrix() {
+  for (int code = kOtherCode + 1; code < kTableDim; ++code) wtMatrix[code * kTableDim + code] = kAnchorScore;
+  for (int row = 0; row < kTableDim; ++row) wtMatrix[row * kTableDim + kOtherCode] = blankMatch;
+  for (int col = 0; col < kTableDim; ++col) wtMatrix[kOtherCode * kTableDim + col] = blankMatch;
+}
+
+bool input_order_chosen(int n) { return mSeqSelect > n; }
+
+bool pairwise_stage_needed(int n) { return printPairsFlag == 1 || !input_order_chosen(n) || printPctHomFlag == 1; }
+
+std::vector<AlignRecord> do_pairs(int n) {
+  std::printf("\nProcessing pairwise alignments\n");
+  std::fflush(stdout);
+  const std::size_t numPairs = n > 1 ? static_cast<std::size_t>(n) * static_cast<std::size_t>(n - 1) / 2 : 0;
+  std::vector<AlignRecord> pairs = checked_vector<AlignRecord>(numPairs, "do_pairs");
+  std::size_t next = 0;
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j < i; ++j) {
+      AlignRecord& pair = pairs[next++];
+      pair.seqs = checked_vector<AlignedSeq>(2, "do_pairs");
+      pair.seqs[0].seqIndex = i;
+      pair.seqs[1].seqIndex = j;
+      do_pair_align(pair, mySeq[static_cast<std::size_t>(i)], mySeq[static_cast<std::size_t>(j)], wtMatrix, ssMatrix,
+                    gapPen, gapSizePen, midStructPen, endStructPen, 1, structBias, printPairsFlag);
+      pctHomMatrix[i][j] = pair.pctHomol;
+      pctHomMatrix[j][i] = pair.pctHomol;
+      std::printf(".");
+      std::fflush(stdout);
+    }
+  }
+  return pairs;
+}
+
+void order_from_pairs(std::span<const AlignRecord> pairs, int n, std::span<int> alignOrder) {
+  if (mSeqSelect < n)
+    order_against_seq(pairs, mSeqSelect, n, alignOrder);
+  else if (mSeqSelect == n)
+    order_computed(pairs, n, alignOrder);
+  else
+    return;  // input order: alignOrder stays 0 .. n-1
+  if (printOrderFlag == 0) set_seq_id_str(alignOrder);
+}
+
+}  // namespace
+
 int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
-  fatal_err("ravlin_main", "not built yet");
+  UniqueFile parms = get_parms_file(parmsPath);
+  FoundFlags found{};
+  resLineLen = 0;
+  printPairsFlag = 0;
+  printFormat = 1;
+  asciiFlag = 0;
+
+  RunInputs inputs;
+  read_run_parms(parms.get(), inputs, found);
+
+  // Sequences come before the key check, so a reader's own faults show first.
+  found[kDataFile] =
+      mget_seqs(inputs.dataFname, stdout, mySeq, inputs.dataFormat, kMaxSeqs, kMinRes, kMaxRes, multAlignNum);
+  check_ravlin_parms(found);
+  parms.reset();
+
+  outfp = std::fopen(outPath.c_str(), "w");
+  if (outfp == nullptr) fatal_err("ravlin_main", "Cannot open output file: '%s'\n", outPath.c_str());
+
+  const int n = multAlignNum;
+  std::vector<int> orderStore(kMaxSeqs, 0);
+  const std::span<int> alignOrder(orderStore.data(), static_cast<std::size_t>(n));
+  for (int i = 0; i < n; ++i) alignOrder[static_cast<std::size_t>(i)] = i;
+  if (input_order_chosen(n) || printOrderFlag == 1) set_seq_id_str(alignOrder);
+
+  prepare_wt_matrix();
+  mar.seqs = checked_vector<AlignedSeq>(static_cast<std::size_t>(n), "init_ravlin");
+  mar.numSeqs = 0;
+  print_report_header(outfp);
+  std::fflush(outfp);
+
+  std::vector<AlignRecord> pairs;
+  if (pairwise_stage_needed(n)) {
+    pairs = do_pairs(n);
+    if (!pairs.empty()) sort_align(pairs.data(), 0, static_cast<int>(pairs.size()) - 1, 1);
+    order_from_pairs(pairs, n, alignOrder);
+  }
+  if (printPairsFlag == 1) print_pairwise_section(outfp, pairs);
+  print_sequences_section(outfp, alignOrder);
+  if (printPctHomFlag == 1) print_pct_hom_section(outfp, alignOrder, pctHomMatrix);
+
+  std::printf("\nDoing Multiple Alignment");
+  std::fflush(stdout);
+  do_mult_align(alignOrder);
+  std::printf("\nDone\n");
+  std::fflush(outfp);
+  return 0;
 }
