@@ -1,7 +1,164 @@
 #include "seq/molvane_reader.hpp"
 
-#include "shell/errors.hpp"
+#include <cctype>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <utility>
 
-int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes) {
-  fatal_err("read_seq_molvane", "not built yet");
+#include "shell/errors.hpp"
+#include "shell/limits.hpp"
+#include "shell/text_input.hpp"
+
+namespace {
+
+const char* const kModule = "read_seq_molvane";
+constexpr int kEntryLineRead = 3998;  // one line inside an entry
+
+// The texts of one entry as they are collected, before the lengths rule.
+struct MolvaneTexts {
+  std::string residues;
+  std::string structure;
+  std::string grouping;
+};
+
+// A line counts as the start only when "PSEQ" is its single word.
+bool is_start_line(const std::string& line) {
+  std::size_t words = 0;
+  std::string first;
+  std::size_t i = 0;
+  while (i < line.size()) {
+    while (i < line.size() && std::isspace(static_cast<unsigned char>(line[i]))) ++i;
+    if (i == line.size()) break;
+    const std::size_t begin = i;
+    while (i < line.size() && !std::isspace(static_cast<unsigned char>(line[i]))) ++i;
+    if (++words == 1) first = line.substr(begin, i - begin);
+  }
+  return words == 1 && first == "PSEQ";
+}
+
+bool find_entry_start(std::FILE* stream) {
+  std::string line;
+  while (read_line(stream, line, kLineRead))
+    if (is_start_line(line)) return true;
+  return false;
+}
+
+// Everything behind the tag up to, not including, the line's last character,
+// which is its newline unless the file ended without one.
+std::string tag_value(const std::string& line) {
+  return line.size() < 2 ? std::string() : line.substr(1, line.size() - 2);
+}
+
+// The texts grow with the entry rather than stopping at a fixed size.
+void append_text(std::string& text, const std::string& value, const char* module) {
+  try {
+    text += value;
+  } catch (const std::bad_alloc&) {
+    out_of_memory(module);
+  } catch (const std::length_error&) {
+    out_of_memory(module);
+  }
+}
+
+enum class LineKind { kMore, kEnd, kUnknown };
+
+LineKind take_line(const std::string& line, SeqRecord& seq, MolvaneTexts& texts) {
+  switch (line[0]) {
+    case 'A':
+      seq.acc = tag_value(line);
+      return LineKind::kMore;
+    case 'n':
+      seq.title = tag_value(line);
+      return LineKind::kMore;
+    case 'o':
+      seq.organism = tag_value(line);
+      return LineKind::kMore;
+    case 'i':
+      seq.reference = tag_value(line);
+      return LineKind::kMore;
+    case 'r':
+      append_text(texts.residues, tag_value(line), "read_seq_molvane:pRes");
+      return LineKind::kMore;
+    case 'S':
+      append_text(texts.structure, tag_value(line), "read_seq_molvane:sRes");
+      return LineKind::kMore;
+    case 'G':
+      append_text(texts.grouping, tag_value(line), "read_seq_molvane:uRes");
+      return LineKind::kMore;
+    case 'K':
+    case 'P':
+    case 'T':
+      return LineKind::kMore;
+    case '\n':
+      return LineKind::kEnd;
+    default:
+      return LineKind::kUnknown;
+  }
+}
+
+std::string folded_upper(const std::string& text) {
+  std::string upper = text;
+  for (char& ch : upper)
+    if (ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - 'a' + 'A');
+  return upper;
+}
+
+// Exactly len characters: a longer text is cut, a shorter one (accepted
+// through the other text) is completed with the filler.
+std::string fitted(std::string text, int len, char filler) {
+  text.resize(static_cast<std::size_t>(len), filler);
+  return text;
+}
+
+}  // namespace
+
+int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*maxRes*/) {
+  seq.numRes = 0;
+  if (!find_entry_start(stream)) return -1;
+
+  seq.hasSRes = 1;
+  seq.hasURes = 1;
+  MolvaneTexts texts;
+  std::string line;
+  for (bool ended = false; !ended;) {
+    if (!read_line(stream, line, kEntryLineRead)) {
+      warn_err(kModule, "Unexpected EOF in sequence file: '%s'", seq.title.value_or("").c_str());
+      return -1;
+    }
+    switch (take_line(line, seq, texts)) {
+      case LineKind::kMore:
+        break;
+      case LineKind::kEnd:
+        ended = true;
+        break;
+      case LineKind::kUnknown:
+        warn_err(kModule, "Cannot parse line in sequence file: '%s'", line.c_str());
+        return 0;
+    }
+  }
+
+  const int resLen = static_cast<int>(texts.residues.size());
+  int structLen = static_cast<int>(texts.structure.size());
+  int groupLen = static_cast<int>(texts.grouping.size());
+  if (structLen == 0) {
+    seq.hasSRes = 0;
+    texts.structure = checked_string(static_cast<std::size_t>(resLen), 'X', "read_seq_molvane:sRes");
+    structLen = resLen;
+  }
+  if (groupLen == 0) {
+    seq.hasURes = 0;
+    texts.grouping = checked_string(static_cast<std::size_t>(resLen), '-', "read_seq_molvane:uRes");
+    groupLen = resLen;
+  }
+  // One matching text is enough to accept the entry.
+  if (structLen != resLen && groupLen != resLen) {
+    warn_err(kModule, "Residues/Structure/Grouping align problems: %d %d %d", resLen, structLen, groupLen);
+    return 0;
+  }
+  seq.pRes = folded_upper(texts.residues);
+  seq.sRes = fitted(std::move(texts.structure), resLen, 'X');
+  seq.uRes = fitted(std::move(texts.grouping), resLen, '-');
+  seq.numRes = resLen;
+  return 1;
 }
