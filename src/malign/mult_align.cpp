@@ -75,7 +75,7 @@ StepArrays alloc_step_arrays(int alignLen, int seqLen) {
 }
 
 void prepare_new_seq(const SeqRecord& seq, int n, StepArrays& arrays) {
-  const std::string res = bounded_copy(seq.pRes, n, ' ');
+  const std::string res = bounded_copy(seq.pRes, n, 'X');
   const std::string sres = bounded_copy(seq.sRes, n, 'X');
   codes_to_indices(res.c_str(), n, arrays.dSeqNums.data(), kOtherCode);
   calc_struct_scores(sres.c_str(), n, arrays.dsNums.data(), midStructPen, endStructPen, 1);
@@ -170,7 +170,7 @@ void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int 
   AlignedSeq& entry = mar.seqs[slot];
   entry.seqIndex = seqIndex;
   const int n = seq.numRes;
-  entry.aRes = lay_onto_template(bounded_copy(seq.pRes, n, ' '), templ, len, "add_dSeq_malign: pRes");
+  entry.aRes = lay_onto_template(bounded_copy(seq.pRes, n, 'X'), templ, len, "add_dSeq_malign: pRes");
   entry.aSRes = lay_onto_template(bounded_copy(seq.sRes, n, 'X'), templ, len, "add_dSeq_malign: sRes");
   entry.aURes = lay_onto_template(bounded_copy(seq.uRes, n, '-'), templ, len, "add_dSeq_malign: uBuf");
   mar.numSeqs = static_cast<std::int32_t>(slot) + 1;
@@ -187,7 +187,7 @@ void do_mult_align(std::span<const int> alignOrder) {
   const int first = alignOrder[0];
   const SeqRecord& firstSeq = mySeq[static_cast<std::size_t>(first)];
   // The first member is its own template: a straight copy.
-  const std::string firstTemplate = bounded_copy(firstSeq.pRes, firstSeq.numRes, ' ');
+  const std::string firstTemplate = bounded_copy(firstSeq.pRes, firstSeq.numRes, 'X');
   add_dSeq_malign(first, firstSeq, firstTemplate.c_str(), firstSeq.numRes);
   mar.alignLen = firstSeq.numRes;
 
