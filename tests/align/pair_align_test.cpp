@@ -1,0 +1,164 @@
+#include "align/pair_align.hpp"
+
+#include <string>
+
+#include "shell/errors.hpp"
+#include "support/test_support.hpp"
+
+using testsupport::error_frame;
+
+namespace {
+
+constexpr int kGapPen = 3;
+constexpr int kGapSizePen = 1;
+constexpr int kMidPen = 100;
+constexpr int kEndPen = 50;
+constexpr int kBias = 10;
+
+// Hand-checkable residue table: a letter scores 6 with itself, -1 with any
+// other letter; blanks and other characters score 0.
+ScoreTable identity_table(int same, int other) {
+  ScoreTable table{};
+  for (int x = 0; x < 26; ++x)
+    for (int y = 0; y < 26; ++y) table[x * kTableDim + y] = x == y ? same : other;
+  return table;
+}
+
+const ScoreTable kResTable = identity_table(6, -1);
+const ScoreTable kNoStructTable{};
+
+SeqRecord make_seq(const std::string& res, const std::string& sRes = "") {
+  SeqRecord seq;
+  seq.pRes = res;
+  seq.numRes = static_cast<std::int32_t>(res.size());
+  seq.hasSRes = sRes.empty() ? 0 : 1;
+  seq.sRes = sRes.empty() ? std::string(res.size(), 'X') : sRes;
+  return seq;
+}
+
+AlignRecord align(const SeqRecord& a, const SeqRecord& b, const ScoreTable& ssTable = kNoStructTable,
+                  int keepStrings = 1, const ScoreTable& resTable = kResTable) {
+  AlignRecord record;
+  record.seqs.resize(2);
+  record.seqs[0].seqIndex = 1;
+  record.seqs[1].seqIndex = 0;
+  do_pair_align(record, a, b, resTable, ssTable, kGapPen, kGapSizePen, kMidPen, kEndPen, 1, kBias, keepStrings);
+  return record;
+}
+
+// Insulin A chain, residues 1-14 (human), and the same stretch without the Thr at 8.
+const std::string kInsulinA = "GIVEQCCTSICSLY";
+const std::string kInsulinAdelT = "GIVEQCCSICSLY";
+
+}  // namespace
+
+TEST(PairAlign, SingleDeletionIsPlacedOppositeTheMissingResidue) {
+  // Skipping A's T costs 3 + 1 and leaves 13 matches: 78 - 4 = 74 at (0,0).
+  // Any other single gap keeps at least one mismatch (-7 against a match) and
+  // no gap (free end gaps either way) leaves six mismatches: 42 - 6 = 36.
+  // Percent: 13 x 6 achieved over 14 x 6 possible (the T faces a blank).
+  const AlignRecord r = align(make_seq(kInsulinA), make_seq(kInsulinAdelT));
+  EXPECT_EQ(r.numSeqs, 2);
+  EXPECT_EQ(r.alignLen, 14);
+  EXPECT_EQ(r.seqs[0].aRes, "GIVEQCCTSICSLY");
+  EXPECT_EQ(r.seqs[1].aRes, "GIVEQCC SICSLY");
+  EXPECT_EQ(r.overlapStart, 1);
+  EXPECT_EQ(r.overlapEnd, 14);
+  EXPECT_DOUBLE_EQ(r.pctHomol, 7800.0 / 84.0);
+  EXPECT_DOUBLE_EQ(r.alignScore, r.pctHomol);
+  EXPECT_TRUE(r.seqs[0].aSRes.empty());
+  EXPECT_TRUE(r.seqs[1].aSRes.empty());
+}
+
+TEST(PairAlign, HelixInTheShorterSequenceMovesTheGapToTheHelixStart) {
+  // B's structure CCCCHHHHHHHCC gives its positions the penalties
+  // 0 0 0 0 50 100 100 100 100 100 50 0 0. A gap in B between its positions
+  // p-1 and p is charged min(pen[p-1], pen[p]) on top of 3 + 1, so the gap
+  // opposite T (p = 7) now costs 104: 78 - 104 = -26. Opposite Q (p = 4) it
+  // costs 4 and leaves two mismatches (A's C-Q, T-C): 11 x 6 - 2 - 4 = 60.
+  // The other placements: p = 3 gives 53, p = 9 gives -40, p = 11 gives 46,
+  // the ungapped 36. Only B has a structure: the structure table, which would
+  // ruin every pair here, is not used, and the bonus is added once.
+  const ScoreTable ruinous = identity_table(-50, -50);
+  const AlignRecord r = align(make_seq(kInsulinA), make_seq(kInsulinAdelT, "CCCCHHHHHHHCC"), ruinous);
+  EXPECT_EQ(r.seqs[0].aRes, "GIVEQCCTSICSLY");
+  EXPECT_EQ(r.seqs[1].aRes, "GIVE QCCSICSLY");
+  EXPECT_EQ(r.seqs[1].aSRes, "CCCC HHHHHHHCC");
+  EXPECT_TRUE(r.seqs[0].aSRes.empty());
+  EXPECT_DOUBLE_EQ(r.pctHomol, 6400.0 / 84.0);
+  EXPECT_DOUBLE_EQ(r.alignScore, r.pctHomol + kBias);
+}
+
+TEST(PairAlign, StructureTableAppliesWhenBothSequencesHaveStructure) {
+  // With -50 for every structure pair, every cell sums below zero: no path
+  // starts, and A then B face blanks; the two do not overlap (0 percent).
+  const ScoreTable ruinous = identity_table(-50, -50);
+  const AlignRecord r = align(make_seq("GIVEQCCTS", "CHHHHHHHC"), make_seq("GIVEQCC", "CHHHHHC"), ruinous);
+  EXPECT_EQ(r.alignLen, 16);
+  EXPECT_EQ(r.seqs[0].aRes, "GIVEQCCTS       ");
+  EXPECT_EQ(r.seqs[1].aRes, "         GIVEQCC");
+  EXPECT_EQ(r.seqs[0].aSRes, "CHHHHHHHC       ");
+  EXPECT_EQ(r.seqs[1].aSRes, "         CHHHHHC");
+  EXPECT_DOUBLE_EQ(r.pctHomol, 0.0);
+  EXPECT_DOUBLE_EQ(r.alignScore, 2.0 * kBias);
+}
+
+TEST(PairAlign, IdenticalSequencesGiveOneGaplessDiagonal) {
+  // Hen lysozyme 1-14 against itself, with a structure table that rewards equal codes.
+  const SeqRecord a = make_seq("KVFGRCELAAAMKR", "CCHHHHHHHHHHTC");
+  const AlignRecord r = align(a, a, identity_table(2, -1));
+  EXPECT_EQ(r.alignLen, 14);
+  EXPECT_EQ(r.seqs[0].aRes, a.pRes);
+  EXPECT_EQ(r.seqs[1].aRes, a.pRes);
+  EXPECT_EQ(r.seqs[1].aSRes, *a.sRes);
+  EXPECT_EQ(format_text("%.2f", r.pctHomol), "100.00");
+  EXPECT_DOUBLE_EQ(r.alignScore, 100.0 + 2 * kBias);
+}
+
+TEST(PairAlign, DroppedStringsKeepTheNumbers) {
+  const AlignRecord kept = align(make_seq(kInsulinA), make_seq(kInsulinAdelT, "CCCCHHHHHHHCC"));
+  const AlignRecord dropped = align(make_seq(kInsulinA), make_seq(kInsulinAdelT, "CCCCHHHHHHHCC"), kNoStructTable, 0);
+  for (const AlignedSeq& s : dropped.seqs) {
+    EXPECT_TRUE(s.aRes.empty());
+    EXPECT_TRUE(s.aSRes.empty());
+  }
+  EXPECT_EQ(dropped.alignLen, kept.alignLen);
+  EXPECT_EQ(dropped.overlapStart, kept.overlapStart);
+  EXPECT_EQ(dropped.overlapEnd, kept.overlapEnd);
+  EXPECT_DOUBLE_EQ(dropped.pctHomol, kept.pctHomol);
+  EXPECT_DOUBLE_EQ(dropped.alignScore, kept.alignScore);
+}
+
+TEST(PairAlign, MatrixStorageIsReusedForSmallerPairs) {
+  align(make_seq(kInsulinA), make_seq(kInsulinAdelT));
+  const std::size_t grown = sm.size();
+  EXPECT_GE(grown, kInsulinA.size() * kInsulinAdelT.size());
+  const AlignRecord r = align(make_seq("GIVEQ"), make_seq("GIVEQ"));
+  EXPECT_EQ(sm.size(), grown);
+  EXPECT_EQ(r.seqs[0].aRes, "GIVEQ");
+}
+
+TEST(PairAlign, AlignmentOfExactlyTheLimitIsAccepted) {
+  // Nothing scores above zero, so the two sequences stand one after the other.
+  const ScoreTable negative = identity_table(-1, -1);
+  const std::string half(kMaxAlignLen / 2, 'A');
+  const AlignRecord r = align(make_seq(half), make_seq(half), kNoStructTable, 1, negative);
+  EXPECT_EQ(r.alignLen, kMaxAlignLen);
+  EXPECT_EQ(r.seqs[0].aRes, half + std::string(half.size(), ' '));
+}
+
+TEST(PairAlignDeathTest, OneColumnOverTheLimitIsFatal) {
+  const ScoreTable negative = identity_table(-1, -1);
+  const std::string half(kMaxAlignLen / 2, 'A');
+  EXPECT_FATAL_OUTPUT(
+      align(make_seq(half + "A"), make_seq(half), kNoStructTable, 1, negative),
+      error_frame(1, "find_best_align", format_text("Alignment size exceeded, len = %d\n", kMaxAlignLen)));
+}
+
+TEST(PairAlignDeathTest, OneResidueSequencesFailTheOverlapEnd) {
+  // A positive pair gives one column, a non-positive one two (each residue
+  // facing a blank); either way the last residue is sought from column 1 down
+  // only, and found in neither.
+  EXPECT_FATAL_OUTPUT(align(make_seq("W"), make_seq("W")), error_frame(1, "pct_end_align", "Program check: len = 1"));
+  EXPECT_FATAL_OUTPUT(align(make_seq("W"), make_seq("Y")), error_frame(1, "pct_end_align", "Program check: len = 2"));
+}
