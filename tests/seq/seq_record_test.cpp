@@ -47,6 +47,17 @@ TEST(ReadSeq, DispatchesToTheReaderAndFillsDefaults) {
   EXPECT_EQ(read_seq(in.get(), stdout, record, kText, 3, 4000), -1);
 }
 
+TEST(ReadSeq, GivesFillersToRecordsThatLackThem) {
+  const UniqueFile in = stream_of("typed\nMKVW$");
+  const UniqueFile out(std::tmpfile());
+  SeqRecord record;
+  ASSERT_EQ(read_seq(in.get(), out.get(), record, kFormatKeyboard, 3, 4000), 1);
+  EXPECT_EQ(record.sRes, "XXXX");
+  EXPECT_EQ(record.uRes, "----");
+  ASSERT_EQ(record.resNums.size(), 4000u);
+  EXPECT_EQ(record.resNums[4], 4);
+}
+
 TEST(ReadSeqDeathTest, IllegalFormatCodes) {
   SeqRecord record;
   for (int format : {0, 7, -1})
@@ -148,6 +159,12 @@ TEST(MgetSeqsDeathTest, TooFewSequencesOrNoFile) {
   const auto empty = dir.write("empty.seq", "");
   EXPECT_FATAL_OUTPUT(mget_seqs(empty.string(), stdout, records, kText, 500, 3, 4000, numSeqs),
                       "\nNumber of sequences to align: 0" + tooFew);
+  // A reader's warning is followed by the end of the run.
+  const auto typed = dir.write("typed.seq", "t\nmkv$");
+  const UniqueFile out(std::tmpfile());
+  EXPECT_FATAL_OUTPUT(mget_seqs(typed.string(), out.get(), records, kFormatKeyboard, 500, 3, 4000, numSeqs),
+                      error_frame(0, "read_seq_kbd", "Illegal amino acid 'm' in t\n\n") +
+                          error_frame(1, "mget_seqs", "Cannot continue alignment until errors fixed..."));
   const std::string missing = dir.file("missing.seq").string();
   EXPECT_FATAL_OUTPUT(mget_seqs(missing, stdout, records, kText, 500, 3, 4000, numSeqs),
                       error_frame(1, "mget_seqs", "Cannot open data file: " + missing));
