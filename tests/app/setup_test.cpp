@@ -80,8 +80,15 @@ std::string appended_keys(int printFormat, int dataFormat, const std::string& da
          "\nRAVLIN:SEQ_SELECT " + std::to_string(select) + "\n";
 }
 
+// Runs ravlin in dir. Nothing is expected on standard error: that is where a
+// sanitizer build reports a fault.
 RunResult ravlin(const TempDir& dir, const std::string& args, const std::string& answers) {
-  return run_command(shell_quote(RAVLIN_BIN) + " " + args, answers, dir.path());
+  const TempDir errDir;
+  const auto errFile = errDir.file("stderr");
+  const RunResult run =
+      run_command(shell_quote(RAVLIN_BIN) + " " + args + " 2>" + shell_quote(errFile.string()), answers, dir.path());
+  EXPECT_EQ(testsupport::read_file(errFile), "") << "ravlin " << args;
+  return run;
 }
 
 }  // namespace
@@ -403,4 +410,54 @@ TEST(ShippedExamples, MolvaneExampleInTheMolvaneLayout) {
     EXPECT_EQ(without_blanks(aligned[k].residues), entries[k].residues) << entries[k].id;
     EXPECT_EQ(aligned[k].residues.size(), aligned[0].residues.size()) << entries[k].id;
   }
+}
+
+TEST(ShippedExamples, TinyRunGivesTheHandCheckedReport) {
+  TempDir dir;
+  copy_shipped(dir, "gluts.txt");
+  dir.write("two.txt", ">SEQA first protein\nMKVLAAGIVG\n\n>SEQB second protein\nMKVLAAGIVG\nCCHHHHHHCC\n");
+  const RunResult run = ravlin(dir, "-d two.txt -o two.report", "1\n3\n");
+  ASSERT_EQ(run.status, 0) << run.out;
+
+  // SEQB has a structure, so the computed order puts it first.
+  const std::string dashes(80, '-');
+  // 10 residues, blanks up to the line length of 50, the number of the last.
+  const std::string row = "MKVLAAGIVG" + std::string(40, ' ') + "     10\n";
+  const std::string expected = "\n" + dashes + "\n\n" +
+                               "   Program.......: ravlin (version 6.0)\n"
+                               "   Description...: multiple sequence alignment program\n"
+                               "   Date..........: <date>\n"
+                               "\n"
+                               "   P  Scoring Mat: ravlin.wts\n"
+                               "   Gap Penalty...: 11   Structure Bias: 10   Line Length...: 50 \n"
+                               "   Gap Size Pen..: 1    IncGap Percent: 5    Print Pct Hom.: TRUE \n"
+                               "   Mid Struct Pen: 10   NearMatchScore: 1    Print Sorted..: TRUE \n"
+                               "   End Struct Pen: 4    BlankMatchScor: 0    Print Pairwise: FALSE\n"
+                               "   Consensus %...: 50 \n"
+                               "\n"
+                               "\n" +
+                               dashes + "\n\n" +
+                               "\nSequences\n*********\n\n"
+                               "   Num   Acc#       Sequence Title\n"
+                               "     1   SEQB           second protein\n"
+                               "     2   SEQA           first protein\n"
+                               "\n"
+                               "\nPairwise Percent Sequence Homology\n**********************************\n\n"
+                               "                      SEQB         SEQA\n"
+                               "         SEQB       100.00       100.00\n"
+                               "         SEQA       100.00       100.00\n"
+                               "\n"
+                               "\nStatistics\n**********\n\n"
+                               "   Total length for the multiple alignment: 10\n"
+                               "   Region where sequences overlap: 1 - 10 (length = 10)\n"
+                               "   Percent Sequence Homology in overlap region: 100.00  \n"
+                               "\n"
+                               "\nMultiple Alignment\n******************\n"
+                               "\n"
+                               "         SEQB: " +
+                               row +
+                               "       Struct: cchhhhhhcc\n"
+                               "         SEQA: " +
+                               row + "      Summary: MKVLAAGIVG\n";
+  EXPECT_EQ(testsupport::mask_date(dir.read("two.report")), expected);
 }
