@@ -117,13 +117,6 @@ TEST_F(MultAlignTest, GroupingOfTheNewSequenceForbidsTheGap) {
   EXPECT_EQ(mar.seqs[1].aURes, "**** ");
 }
 
-TEST_F(MultAlignTest, GroupingMayAllowAGapNextToADash) {
-  set_seq(0, "ACDEF");
-  set_seq(1, "ACEF", "", "**-*");
-  align({0, 1});
-  EXPECT_EQ(residues(), (std::vector<std::string>{"ACDEF", "AC EF"}));
-}
-
 // The anchor 1 on A of the first sequence and on the last A of the second
 // scores 10000 in row 0, so the path is that one cell: the second sequence's
 // first four residues and the first one's tail face the ends.
