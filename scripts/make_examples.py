@@ -90,16 +90,16 @@ def residue_at_column(aligned, column):
     return sum(1 for char in aligned[:column] if char != "-")
 
 
-def user_line(name, aligned, spec, length):
+def user_line(name, aligned, example, length):
     """Anchor/group symbols of one member, '-' where none is given."""
     symbols = ["-"] * length
-    for ref, start, end, symbol in spec.get("groups", []):
+    for ref, start, end, symbol in example.get("groups", []):
         for position in range(start, end + 1):
-            index = residue_at_column(aligned, aligned_column(spec["aligned"][ref], position))
+            index = residue_at_column(aligned, aligned_column(example["aligned"][ref], position))
             if index is not None:
                 symbols[index] = symbol
-    for ref, position, digit in spec.get("anchors", []):
-        index = residue_at_column(aligned, aligned_column(spec["aligned"][ref], position))
+    for ref, position, digit in example.get("anchors", []):
+        index = residue_at_column(aligned, aligned_column(example["aligned"][ref], position))
         if index is None:
             raise ValueError(f"{name}: anchor {digit} falls on a gap")
         symbols[index] = digit
@@ -138,14 +138,14 @@ def molvane_entry(name, title, residues, structure, user):
     return "\n".join(out) + "\n\n"
 
 
-def build(spec, bench_dir):
+def build(example, bench_dir):
     family_dir = os.path.join(bench_dir, "homstrad")
-    order, aligned = read_fasta(os.path.join(family_dir, spec["family"] + ".ref.fa"))
-    _, dssp = read_fasta(os.path.join(family_dir, spec["family"] + ".ss.fa"))
-    spec["aligned"] = aligned
-    members = spec.get("members", order)
-    has_user = bool(spec.get("anchors") or spec.get("groups"))
-    comment = spec["note"] + "\nSecondary structure: DSSP, reduced to H (helix), B (strand), T (turn), C (other).\n"
+    order, aligned = read_fasta(os.path.join(family_dir, example["family"] + ".ref.fa"))
+    _, dssp = read_fasta(os.path.join(family_dir, example["family"] + ".ss.fa"))
+    example["aligned"] = aligned
+    members = example.get("members", order)
+    has_user = bool(example.get("anchors") or example.get("groups"))
+    comment = example["note"] + "\nSecondary structure: DSSP, reduced to H (helix), B (strand), T (turn), C (other).\n"
     text = comment + "Made by scripts/make_examples.py; see README.md for the source and its terms.\n\n"
     for name in members:
         residues = aligned[name].replace("-", "").upper()
@@ -154,9 +154,9 @@ def build(spec, bench_dir):
             raise ValueError(f"{name}: residues and structure do not match")
         if len(name) > MAX_ID_LEN or not MIN_RES <= len(residues) <= MAX_RES:
             raise ValueError(f"{name}: outside the program's limits")
-        user = user_line(name, aligned[name], spec, len(residues)) if has_user else None
-        title = f"{spec['title']}, PDB {name}"
-        make = text_entry if spec["format"] == "text" else molvane_entry
+        user = user_line(name, aligned[name], example, len(residues)) if has_user else None
+        title = f"{example['title']}, PDB {name}"
+        make = text_entry if example["format"] == "text" else molvane_entry
         text += make(name, title, residues, structure, user)
     if ">" in comment:
         raise ValueError("a '>' in the comment would start an entry")
@@ -168,10 +168,10 @@ def main():
         sys.exit(__doc__)
     bench_dir = sys.argv[1]
     out_dir = sys.argv[2] if len(sys.argv) == 3 else os.path.join(os.path.dirname(__file__), "..", "examples")
-    for spec in EXAMPLES:
-        path = os.path.join(out_dir, spec["out"])
+    for example in EXAMPLES:
+        path = os.path.join(out_dir, example["out"])
         with open(path, "w") as handle:
-            handle.write(build(spec, bench_dir))
+            handle.write(build(example, bench_dir))
         print(f"wrote {path}")
 
 
