@@ -1,0 +1,161 @@
+// Speed and matrix memory of the pairwise alignment.
+//
+// Inputs: random sequences drawn with a fixed seed from typical residue
+// frequencies, each paired with a mutated copy of itself (substitutions,
+// insertions, deletions, so the path is a realistic one), and every pair of
+// the glutathione S-transferase example family. Scores are the shipped
+// weight file's BLOSUM62 table and penalties. Reported: cells per second
+// (rows x cols per alignment) and the matrix's bytes per cell.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "align/pair_align.hpp"
+#include "matrix/weight_matrix.hpp"
+#include "seq/seq_record.hpp"
+#include "shell/parms.hpp"
+#include "shell/text_input.hpp"
+
+static_assert(sizeof(SumCell) == 8, "a matrix cell is two 32-bit words");
+
+namespace {
+
+struct Scoring {
+  ScoreTable residues{};
+  ScoreTable structure{};
+  int gapPen = 11;
+  int gapSizePen = 1;
+  int midPen = 10;
+  int endPen = 4;
+};
+
+void read_weight_key(std::FILE* in, const std::string& key, Scoring& s) {
+  if (key == "KEY:WT_PMAT") read_matrix_file(in, s.residues);
+  if (key == "KEY:WT_SMAT") read_matrix_file(in, s.structure);
+  if (key == "KEY:GAP_PEN") read_parm_int(in, &s.gapPen, 0, 1000, key);
+  if (key == "KEY:GAP_PEN_SIZE") read_parm_int(in, &s.gapSizePen, 0, 1000, key);
+  if (key == "KEY:MID_GAP_PEN") read_parm_int(in, &s.midPen, 0, 1000, key);
+  if (key == "KEY:END_GAP_PEN") read_parm_int(in, &s.endPen, 0, 1000, key);
+}
+
+const Scoring& scoring() {
+  static const Scoring s = [] {
+    Scoring loaded;
+    const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r");
+    if (!in) return loaded;
+    std::string key;
+    while (read_parm_key(in.get(), "KEY", 3, key) == 1) read_weight_key(in.get(), key, loaded);
+    return loaded;
+  }();
+  return s;
+}
+
+// Residue frequencies of typical globular proteins (per thousand), A..Y.
+const std::string kResidues = "ACDEFGHIKLMNPQRSTVWY";
+const std::vector<double> kFrequencies = {83, 14, 55, 67, 39, 71, 23, 59, 58, 97,
+                                          24, 41, 47, 39, 55, 66, 53, 69, 11, 29};
+
+std::string random_residues(std::mt19937& rng, int n) {
+  std::discrete_distribution<int> pick(kFrequencies.begin(), kFrequencies.end());
+  std::string out;
+  for (int k = 0; k < n; ++k) out += kResidues[pick(rng)];
+  return out;
+}
+
+// Runs of helix, strand and coil, roughly as a folded protein has them.
+std::string random_structure(std::mt19937& rng, std::size_t n) {
+  std::uniform_int_distribution<int> kind(0, 2), length(3, 14);
+  std::string out;
+  while (out.size() < n) out.append(static_cast<std::size_t>(length(rng)), "HBC"[kind(rng)]);
+  out.resize(n);
+  return out;
+}
+
+// About 70 percent identity: 25 percent substitutions, 5 percent indels.
+std::string mutated(std::mt19937& rng, const std::string& seq) {
+  std::uniform_real_distribution<double> roll(0.0, 1.0);
+  std::string out;
+  for (char residue : seq) {
+    const double r = roll(rng);
+    if (r < 0.025) continue;
+    if (r < 0.05) out += random_residues(rng, 1);
+    out += r < 0.30 ? random_residues(rng, 1)[0] : residue;
+  }
+  return out;
+}
+
+SeqRecord make_record(const std::string& res, const std::string& sRes) {
+  SeqRecord seq;
+  seq.pRes = res;
+  seq.numRes = static_cast<std::int32_t>(res.size());
+  seq.hasSRes = sRes.empty() ? 0 : 1;
+  seq.sRes = sRes.empty() ? std::string(res.size(), 'X') : sRes;
+  return seq;
+}
+
+void report(benchmark::State& state, double cellsPerIteration) {
+  state.counters["cells/s"] = benchmark::Counter(cellsPerIteration, benchmark::Counter::kIsIterationInvariantRate);
+  state.counters["matrix_MB"] = static_cast<double>(sm.capacity() * sizeof(SumCell)) / (1024.0 * 1024.0);
+  state.counters["bytes/cell"] = static_cast<double>(sm.size() * sizeof(SumCell)) / cellsPerIteration;
+}
+
+void align_pair(benchmark::State& state, bool withStructure) {
+  const Scoring& s = scoring();
+  std::mt19937 rng(20240611u + static_cast<unsigned>(state.range(0)));
+  const std::string resA = random_residues(rng, static_cast<int>(state.range(0)));
+  const std::string resB = mutated(rng, resA);
+  const SeqRecord a = make_record(resA, withStructure ? random_structure(rng, resA.size()) : "");
+  const SeqRecord b = make_record(resB, withStructure ? random_structure(rng, resB.size()) : "");
+  sm.clear();
+  sm.shrink_to_fit();  // so bytes/cell reflects this size alone
+  AlignRecord record;
+  for (auto _ : state) {
+    record.seqs.assign(2, AlignedSeq{});
+    do_pair_align(record, a, b, s.residues, s.structure, s.gapPen, s.gapSizePen, s.midPen, s.endPen, 1, 10, 0);
+    benchmark::DoNotOptimize(record.alignScore);
+  }
+  report(state, static_cast<double>(a.numRes) * b.numRes);
+}
+
+void BM_PairAlignRandom(benchmark::State& state) { align_pair(state, false); }
+void BM_PairAlignRandomStructure(benchmark::State& state) { align_pair(state, true); }
+
+// Every pair of the example family, read with the program's own text reader.
+void BM_PairAlignExampleFamily(benchmark::State& state) {
+  std::vector<SeqRecord> family(kMaxSeqs);
+  int count = 0;
+  if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/examples/gluts.txt", "r"))
+    mread_seq(in.get(), stderr, family, count, kMaxSeqs, kFormatText, kMinRes, kMaxRes);
+  if (count < 2) {
+    state.SkipWithError("examples/gluts.txt is not readable");
+    return;
+  }
+  const Scoring& s = scoring();
+  double cells = 0;
+  for (int i = 1; i < count; ++i)
+    for (int j = 0; j < i; ++j) cells += static_cast<double>(family[i].numRes) * family[j].numRes;
+  AlignRecord record;
+  for (auto _ : state) {
+    for (int i = 1; i < count; ++i) {
+      for (int j = 0; j < i; ++j) {
+        record.seqs.assign(2, AlignedSeq{});
+        do_pair_align(record, family[i], family[j], s.residues, s.structure, s.gapPen, s.gapSizePen, s.midPen, s.endPen,
+                      1, 10, 0);
+        benchmark::DoNotOptimize(record.alignScore);
+      }
+    }
+  }
+  state.counters["cells/s"] = benchmark::Counter(cells, benchmark::Counter::kIsIterationInvariantRate);
+  state.counters["pairs"] = count * (count - 1) / 2;
+}
+
+}  // namespace
+
+BENCHMARK(BM_PairAlignRandom)->Arg(100)->Arg(300)->Arg(1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PairAlignRandomStructure)->Arg(300)->Arg(1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PairAlignExampleFamily)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();
