@@ -81,14 +81,10 @@ TEST_F(WorkedExample, WholeMatrixOfSumsAndLinks) {
   EXPECT_EQ(find_path_start(m.data(), 2, 4), 0);
 }
 
-TEST_F(WorkedExample, RowGroupBehindTheGapIsChargedOnce) {
+TEST_F(WorkedExample, GroupBehindTheGapIsChargedOnceAlongRowsAndColumns) {
   input.rowGroup = {0, 2};
-  input.colGroup = {50, 50, 50, 50};  // a column carry never serves this matrix
   EXPECT_THAT(sums(summed(input)), ElementsAre(10, 3, 9, 0, 0, 0, 0, 9));
-}
-
-TEST_F(WorkedExample, ColumnCarryMirrorsTheRowCarry) {
-  input.rowGroup = {0, 2};
+  // Transposed, the column carry does the same with colGroup.
   const auto m = summed(transposed(input));
   EXPECT_THAT(sums(m), ElementsAre(10, 0, 3, 0, 9, 0, 0, 9));
   EXPECT_THAT(links(m), ElementsAre(7, N, 7, N, 7, N, N, N));
@@ -109,12 +105,21 @@ TEST(SumMatrixTies, RowCarryWinsATieWithTheColumnCarry) {
   const auto m = summed(plain_case(3, 3, {0, 0, 0, 0, 0, 5, 0, 5, 0}, 0, 0));
   EXPECT_THAT(sums(m), ElementsAre(5, 5, 0, 5, 0, 5, 0, 5, 0));
   EXPECT_THAT(links(m), ElementsAre(5, 5, N, 7, 8, N, N, N, N));
+  // One more on the column carry's side and it wins.
+  const auto strict = summed(plain_case(3, 3, {0, 0, 0, 0, 0, 5, 0, 6, 0}, 0, 0));
+  EXPECT_EQ(strict[0].score, 6);
+  EXPECT_EQ(strict[0].next, 7);
 }
 
-TEST(SumMatrixTies, ColumnCarryWinsWhenStrictlyBetter) {
-  const auto m = summed(plain_case(3, 3, {0, 0, 0, 0, 0, 5, 0, 6, 0}, 0, 0));
-  EXPECT_EQ(m[0].score, 6);
-  EXPECT_EQ(m[0].next, 7);
+TEST(SumMatrixCarries, RowCarryLinkStartsAtTheCornerAndIsKeptAcrossRows) {
+  // Sums below the carries' -10000 floor make a row carry serve before any
+  // candidate has set its link: (1,1) gets the bottom-right corner, (0,1) the
+  // link (2,1) that row 1's carry took last.
+  const std::int32_t low = -20000;
+  const auto m = summed(plain_case(3, 3, {0, 0, low, low, low, low, low, 0, low}, 0, 1));
+  EXPECT_EQ(m[4].next, 8);
+  EXPECT_EQ(m[1].next, 7);
+  EXPECT_EQ(m[1].score, -10000);
 }
 
 TEST(SumMatrixStructure, LevelRiseIsChargedOnceAndANewCandidateResetsIt) {
@@ -131,14 +136,6 @@ TEST(SumMatrixStructure, LevelRiseIsChargedOnceAndANewCandidateResetsIt) {
   // The same along a column, with the row structure.
   const auto t = summed(transposed(c));
   EXPECT_THAT(sums(t), ElementsAreArray(transposed(sums(m), 2, 7)));
-}
-
-TEST(SumMatrixStructure, RowStructureAddsToEveryStepOfTheRow) {
-  // Rows 0 and 1 both carry 2, so every step of row 0 has level 2: the row
-  // carry from (1,3) = 9 is 9 - 3 - 2 - 1 = 3 at j = 1 and 2 at j = 0.
-  SumCase c = plain_case(2, 4, {8, 0, 0, 0, 0, 0, 0, 9}, 3, 1);
-  c.rowStruct = {2, 2};
-  EXPECT_THAT(sums(summed(c)), ElementsAre(10, 3, 9, 0, 0, 0, 0, 9));
 }
 
 TEST(SumMatrixShapes, OneRowOrOneColumnKeepsPairScoresAndNullLinks) {

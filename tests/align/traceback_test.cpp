@@ -36,18 +36,6 @@ std::vector<SumCell> linked(int rows, int cols, const std::vector<std::pair<int,
 
 }  // namespace
 
-TEST(InsertGap, WritesTheRunAndMirrorsIt) {
-  Templates t(10);
-  int len = insert_dSeq_gap(2, 5, 0, t.firstSpan(), t.secondSpan());
-  len = insert_mSeq_gap(0, 2, len, t.firstSpan(), t.secondSpan());
-  EXPECT_EQ(len, 5);
-  EXPECT_EQ(t.firstText(5), "XXX  ");
-  EXPECT_EQ(t.secondText(5), "   XX");
-  EXPECT_EQ(insert_dSeq_gap(4, 4, 5, t.firstSpan(), t.secondSpan()), 5);
-  EXPECT_EQ(insert_mSeq_gap(6, 3, 5, t.firstSpan(), t.secondSpan()), 5);
-  EXPECT_EQ(t.first[5], '#');
-}
-
 TEST(FindBestAlign, WorkedExampleSkipsTwoColumns) {
   // (0,0) links to (1,3) in a 2 x 4 matrix.
   const auto m = linked(2, 4, {{0, 7}});
@@ -84,15 +72,6 @@ TEST(FindBestAlign, DiagonalRunLeavesTheLongerOperandsTailFacingBlanks) {
   EXPECT_EQ(len, 4);
   EXPECT_EQ(t.firstText(len), "XX  ");
   EXPECT_EQ(t.secondText(len), "XXXX");
-}
-
-TEST(FindBestAlign, ColumnCarryLinkSkipsRows) {
-  // (0,0) -> (3,1) -> (4,2) in a 5 x 3 matrix: rows 1 and 2 face blanks.
-  const auto m = linked(5, 3, {{0, 10}, {10, 14}});
-  Templates t(10);
-  const int len = find_best_align(0, m.data(), 5, 3, t.firstSpan(), t.secondSpan(), 10);
-  EXPECT_EQ(t.firstText(len), "XXXXX");
-  EXPECT_EQ(t.secondText(len), "X  XX");
 }
 
 TEST(FindBestAlign, ExactlyTheLimitIsAcceptedWithinTheBuffers) {
