@@ -10,10 +10,10 @@
 #include "matrix/weight_matrix.hpp"
 #include "shell/errors.hpp"
 #include "shell/run_params.hpp"
+#include "shell/version.hpp"
 
 namespace {
 
-const char* const kVersion = "6.0";
 const char* const kProgramCheck = "Program check, see programmer.";
 constexpr int kIdWidth = 12;
 constexpr int kBigIdFrom = 100;  // from here on the default id drops its underscore

@@ -11,20 +11,6 @@
 namespace {
 
 constexpr const char* kModule = "read_seq_pir";
-constexpr int kResultBadResidue = -20;
-constexpr int kResultTooMany = -30;
-constexpr int kResultTooFew = -40;
-
-// Reads tokens until one is exactly keyword; every other token costs the rest
-// of its line. False when the input ends first.
-bool find_keyword(std::FILE* stream, const char* keyword) {
-  std::string token;
-  while (read_word(stream, token)) {
-    if (token == keyword) return true;
-    skip_line(stream, kLineRead);
-  }
-  return false;
-}
 
 // Appends ch and the characters after it up to the newline (consumed) or the
 // end of input; returns whichever of the two ended the copy.
@@ -69,12 +55,12 @@ int read_residues(std::FILE* stream, std::string& aaBuf, int& count, int maxRes)
       if (residue == '\n' || residue == EOF) break;
       if (count >= maxRes) {
         skip_line(stream, kLineRead);
-        result = kResultTooMany;
+        result = kReadTooMany;
         break;
       }
       aaBuf[static_cast<std::size_t>(count)] = static_cast<char>(std::toupper(residue));
       ++count;
-      if (residue < 'A' || residue > 'Z') result = kResultBadResidue;
+      if (residue < 'A' || residue > 'Z') result = kReadBadResidue;
     }
   }
   return result;
@@ -105,7 +91,7 @@ int read_seq_pir(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes) {
   std::string aaBuf = checked_string(static_cast<std::size_t>(room), '\0', "read_seq_pir: aaBuf");
   int count = 0;
   int result = read_residues(stream, aaBuf, count, room);
-  if (count < minRes) result = kResultTooFew;
+  if (count < minRes) result = kReadTooFew;
 
   aaBuf.resize(static_cast<std::size_t>(count));
   seq.pRes = std::move(aaBuf);

@@ -35,6 +35,12 @@ inline constexpr int kFormatPirComp = 4;
 inline constexpr int kFormatText = 5;
 inline constexpr int kFormatKeyboard = 6;
 
+// Reader rejections of an entry's residues; the reading loops treat them as
+// the end of the input.
+inline constexpr int kReadBadResidue = -20;
+inline constexpr int kReadTooMany = -30;
+inline constexpr int kReadTooFew = -40;
+
 extern std::vector<SeqRecord> mySeq;  // kMaxSeqs records, all empty at start
 extern int multAlignNum;
 

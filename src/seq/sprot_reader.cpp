@@ -13,17 +13,6 @@ constexpr int kSprotMaxRes = 4000;
 constexpr int kSprotMinRes = 3;
 constexpr std::size_t kAccLen = 6;
 
-// Reads tokens until one is exactly keyword; every other token costs the rest
-// of its line. False when the input ends first.
-bool find_keyword(std::FILE* stream, const char* keyword) {
-  std::string token;
-  while (read_word(stream, token)) {
-    if (token == keyword) return true;
-    skip_line(stream, kLineRead);
-  }
-  return false;
-}
-
 void skip_spaces(std::FILE* stream) {
   int ch = std::fgetc(stream);
   while (ch == ' ') ch = std::fgetc(stream);
@@ -37,10 +26,10 @@ int read_sprot_residues(std::FILE* stream, std::string& residues) {
   int result = 1;
   for (int ch = std::fgetc(stream); ch != '/' && ch != EOF; ch = std::fgetc(stream)) {
     if (std::isalpha(ch)) {
-      if (static_cast<int>(residues.size()) >= kSprotMaxRes) return -30;
+      if (static_cast<int>(residues.size()) >= kSprotMaxRes) return kReadTooMany;
       residues.push_back(static_cast<char>(std::toupper(ch)));
     } else if (ch != ' ' && ch != '\n') {
-      result = -20;
+      result = kReadBadResidue;
     }
   }
   return result;
@@ -81,5 +70,5 @@ int parse_seq_sprot(std::FILE* stream, SeqRecord& seq) {
   const int result = read_sprot_residues(stream, residues);
   seq.pRes = residues;
   seq.numRes = static_cast<int>(residues.size());
-  return seq.numRes < kSprotMinRes ? -40 : result;
+  return seq.numRes < kSprotMinRes ? kReadTooFew : result;
 }

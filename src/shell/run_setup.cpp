@@ -9,6 +9,7 @@
 #include "shell/errors.hpp"
 #include "shell/limits.hpp"
 #include "shell/parms.hpp"
+#include "shell/version.hpp"
 
 std::string parmsFname;
 std::string resultsFname;
@@ -16,7 +17,6 @@ std::string dataFname;
 
 namespace {
 
-const char* const kVersion = "6.0";
 const char* const kStars = "**************************************************\n";
 const char* const kDefaultParms = "ravlin.parms";
 const char* const kTmpParms = "ravlin.parms.tmp";

@@ -2,6 +2,8 @@
 
 #include <cctype>
 
+#include "shell/limits.hpp"
+
 UniqueFile open_file(const std::string& path, const char* mode) {
   return UniqueFile(std::fopen(path.c_str(), mode));
 }
@@ -35,4 +37,13 @@ void skip_line(std::FILE* stream, int maxChars) {
     const int ch = std::fgetc(stream);
     if (ch == EOF || ch == '\n') return;
   }
+}
+
+bool find_keyword(std::FILE* stream, const char* keyword) {
+  std::string token;
+  while (read_word(stream, token)) {
+    if (token == keyword) return true;
+    skip_line(stream, kLineRead);
+  }
+  return false;
 }

@@ -26,6 +26,10 @@ bool read_word(std::FILE* stream, std::string& word);
 // of input before any character.
 bool read_line(std::FILE* stream, std::string& line, int maxChars);
 
+// Reads words until one is exactly keyword; every other word costs the rest of
+// its line (a bounded skip of kLineRead characters). False when the input ends first.
+bool find_keyword(std::FILE* stream, const char* keyword);
+
 // Discards the rest of the current line, up to maxChars characters or through
 // the next newline, whichever comes first.
 void skip_line(std::FILE* stream, int maxChars);
