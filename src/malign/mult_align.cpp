@@ -86,18 +86,31 @@ void prepare_new_seq(const SeqRecord& seq, int n, StepArrays& arrays) {
   if (seq.hasSRes == 1) codes_to_indices(sres.c_str(), n, arrays.dsSeqNums.data(), kOtherCode);
 }
 
-void scale_row_codes(Codes& codes) {
-  for (std::int32_t& code : codes) code *= kTableDim;
+// Per column of the alignment, the summed score of its members against each
+// of the 32 codes: profile[p * 32 + q]. Sums wrap at 32 bits like the matrix
+// cells they become.
+using Profile = std::vector<std::uint32_t>;
+
+void add_to_profile(const ScoreTable& table, const Codes& rowCodes, Profile& profile) {
+  for (std::size_t p = 0; p < rowCodes.size(); ++p) {
+    const std::int32_t* tableRow = table.data() + ((rowCodes[p] * kTableDim) & (kTableSize - 1));
+    std::uint32_t* column = profile.data() + p * kTableDim;
+    for (int q = 0; q < kTableDim; ++q) column[q] += static_cast<std::uint32_t>(tableRow[q]);
+  }
 }
 
 // The alignment as a profile: every member adds its scores against the new
-// sequence, its structure penalties and the groups it forbids to split.
+// sequence, its structure penalties and the groups it forbids to split. The
+// members' scores are summed per column first and laid into the matrix once,
+// which gives the same cells as adding each member's scores cell by cell.
 void add_member_profiles(const SeqRecord& newSeq, int alignLen, int seqLen, StepArrays& arrays,
                          std::vector<SumCell>& matrix) {
   const std::size_t m = static_cast<std::size_t>(alignLen);
   Codes aNums = checked_vector<std::int32_t>(m, "aNums");
   Codes mSeqNums = checked_vector<std::int32_t>(m, "mSeqNums");
   Codes msSeqNums = checked_vector<std::int32_t>(m, "msSeqNums");
+  Profile wtProfile = checked_vector<std::uint32_t>(m * kTableDim, "mSeqNums");
+  Profile ssProfile = checked_vector<std::uint32_t>(m * kTableDim, "msSeqNums");
   for (int k = 0; k < mar.numSeqs; ++k) {
     const AlignedSeq& member = mar.seqs[static_cast<std::size_t>(k)];
     const SeqRecord& memberSeq = mySeq[static_cast<std::size_t>(member.seqIndex)];
@@ -106,12 +119,21 @@ void add_member_profiles(const SeqRecord& newSeq, int alignLen, int seqLen, Step
     for (std::size_t p = 0; p < m; ++p) arrays.msNums[p] += aNums[p];
     if (memberSeq.hasURes == 1)
       calc_anchor_group_pen(member.aURes.c_str(), alignLen, mSeqNums.data(), arrays.mPenGroup.data(), kGroupPen);
-    scale_row_codes(mSeqNums);
-    sm_mat_add_score(wtMatrix, matrix.data(), alignLen, seqLen, mSeqNums.data(), arrays.dSeqNums.data());
+    add_to_profile(wtMatrix, mSeqNums, wtProfile);
     if (memberSeq.hasSRes == 1 && newSeq.hasSRes == 1) {
       codes_to_indices(member.aSRes.c_str(), alignLen, msSeqNums.data(), kOtherCode);
-      scale_row_codes(msSeqNums);
-      sm_mat_add_score(ssMatrix, matrix.data(), alignLen, seqLen, msSeqNums.data(), arrays.dsSeqNums.data());
+      add_to_profile(ssMatrix, msSeqNums, ssProfile);
+    }
+  }
+  for (int i = 0; i < alignLen; ++i) {
+    const std::uint32_t* wtColumn = wtProfile.data() + static_cast<std::size_t>(i) * kTableDim;
+    const std::uint32_t* ssColumn = ssProfile.data() + static_cast<std::size_t>(i) * kTableDim;
+    SumCell* row = matrix.data() + static_cast<std::size_t>(i) * static_cast<std::size_t>(seqLen);
+    for (int j = 0; j < seqLen; ++j) {
+      const std::uint32_t sum = wtColumn[arrays.dSeqNums[j] & (kTableDim - 1)] +
+                                ssColumn[arrays.dsSeqNums[j] & (kTableDim - 1)] +
+                                static_cast<std::uint32_t>(row[j].score);
+      row[j].score = static_cast<std::int32_t>(sum);
     }
   }
 }
