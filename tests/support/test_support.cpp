@@ -68,10 +68,26 @@ RunResult run_command(const std::string& commandLine, const std::string& stdinTe
   return result;
 }
 
+RunResult run_program(const std::string& program, const std::string& args, const std::string& stdinText,
+                      const std::filesystem::path& workdir) {
+  const TempDir errDir;
+  const auto errFile = errDir.file("stderr");
+  RunResult result =
+      run_command(shell_quote(program) + " " + args + " 2>" + shell_quote(errFile.string()), stdinText, workdir);
+  EXPECT_EQ(read_file(errFile), "") << program << " " << args;
+  return result;
+}
+
 std::string tool_path(const std::string& name) { return std::string(RAVLIN_TOOL_DIR) + "/" + name; }
 
 std::filesystem::path source_path(const std::string& relative) {
   return std::filesystem::path(RAVLIN_SOURCE_DIR) / relative;
+}
+
+std::string read_golden(const std::string& relative) {
+  const auto path = source_path("tests/golden/" + relative);
+  EXPECT_TRUE(std::filesystem::exists(path)) << path;
+  return read_file(path);
 }
 
 std::string error_frame(int level, const std::string& module, const std::string& message) {

@@ -40,6 +40,11 @@ struct RunResult {
 RunResult run_command(const std::string& commandLine, const std::string& stdinText,
                       const std::filesystem::path& workdir);
 
+// Runs program (quoted here) with args in workdir and expects nothing on
+// standard error: that is where a sanitizer build reports a fault.
+RunResult run_program(const std::string& program, const std::string& args, const std::string& stdinText,
+                      const std::filesystem::path& workdir);
+
 // Quotes a word for the shell.
 std::string shell_quote(const std::string& word);
 
@@ -47,6 +52,9 @@ std::string shell_quote(const std::string& word);
 std::string tool_path(const std::string& name);
 // Path of a file in the source tree.
 std::filesystem::path source_path(const std::string& relative);
+
+// Contents of tests/golden/<relative>; a missing file fails the test.
+std::string read_golden(const std::string& relative);
 
 // The framed report that show_err prints.
 std::string error_frame(int level, const std::string& module, const std::string& message);
