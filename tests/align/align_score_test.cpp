@@ -1,122 +1,85 @@
 #include "align/align_score.hpp"
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/test_support.hpp"
 
-using testsupport::error_frame;
-
 namespace {
-
-void set_pair(ScoreTable& table, char x, char y, int value) {
-  table[(x - 'A') * kTableDim + (y - 'A')] = value;
-  table[(y - 'A') * kTableDim + (x - 'A')] = value;
-}
 
 // A small table: A 4, C 9, D 6 on the diagonal, X negative as in BLOSUM62.
 ScoreTable small_table() {
   ScoreTable table{};
-  set_pair(table, 'A', 'A', 4);
-  set_pair(table, 'C', 'C', 9);
-  set_pair(table, 'D', 'D', 6);
-  set_pair(table, 'A', 'C', 0);
-  set_pair(table, 'A', 'D', -2);
-  set_pair(table, 'C', 'D', -3);
-  set_pair(table, 'X', 'X', -1);
-  set_pair(table, 'X', 'A', 1);
+  const std::tuple<char, char, int> pairs[] = {{'A', 'A', 4},  {'C', 'C', 9},  {'D', 'D', 6},  {'A', 'C', 0},
+                                               {'A', 'D', -2}, {'C', 'D', -3}, {'X', 'X', -1}, {'X', 'A', 1}};
+  for (const auto& [x, y, value] : pairs) {
+    table[(x - 'A') * kTableDim + (y - 'A')] = value;
+    table[(y - 'A') * kTableDim + (x - 'A')] = value;
+  }
   return table;
 }
 
-AlignRecord record_of(const std::vector<std::string>& rows) {
+// Rows of equal length; len < 0 takes that length.
+AlignRecord record_of(const std::vector<std::string>& rows, int len = -1) {
   AlignRecord record;
   record.numSeqs = static_cast<int>(rows.size());
-  record.alignLen = rows.empty() ? 0 : static_cast<int>(rows[0].size());
+  record.alignLen = len >= 0 ? len : rows.empty() ? 0 : static_cast<int>(rows[0].size());
   for (std::size_t k = 0; k < rows.size(); ++k) record.seqs.push_back({static_cast<int>(k), rows[k], "", ""});
   return record;
 }
 
-double pct_of(const std::vector<std::string>& rows, AlignRecord* out = nullptr) {
-  AlignRecord record = record_of(rows);
-  const double pct = scor_align_pct(small_table(), record, record.alignLen);
-  if (out != nullptr) *out = record;
-  return pct;
-}
-
 }  // namespace
 
-TEST(ScorAlignPct, IdenticalSequencesScoreHundred) {
-  AlignRecord record;
-  EXPECT_DOUBLE_EQ(pct_of({"ACDA", "ACDA"}, &record), 100.0);
-  EXPECT_EQ(record.overlapStart, 1);
-  EXPECT_EQ(record.overlapEnd, 4);
-  EXPECT_DOUBLE_EQ(pct_of({"ACDA", "ACDA", "ACDA"}), 100.0);
+TEST(ScorAlignPct, PercentOverTheOverlapRegion) {
+  const struct {
+    const char* what;
+    std::vector<std::string> rows;
+    int len;
+    double pct;
+    int overlapStart, overlapEnd;
+  } cases[] = {
+      {"identical", {"ACDA", "ACDA"}, -1, 100.0, 1, 4},
+      {"three identical", {"ACDA", "ACDA", "ACDA"}, -1, 100.0, 1, 4},
+      {"overhangs at both ends are not counted", {"ACD ", " CDD"}, -1, 100.0, 2, 3},
+      {"a gap opposite C adds C's self score to the reference only", {"ACDA", "A DA"}, -1, 14 * 100.0 / 23, 1, 4},
+      {"A against D adds -2, and the smaller self score 4 to the reference", {"AAC", "ADC"}, -1, 11 * 100.0 / 17, 1, 3},
+      {"all pairs are summed before dividing", {"AAC", "AAC", "ADC"}, -1, (17 + 11 + 11) * 100.0 / (3 * 17), 1, 3},
+      {"no overlap", {"AA  ", "  CC"}, -1, 0.0, 3, 2},
+      {"lower-case letters are not residues", {"aACD", "CACD"}, -1, 100.0, 2, 4},
+      {"nor in the middle", {"AcD", "AcD"}, -1, 100.0, 1, 3},
+      {"nor facing a residue", {"AcD", "ACD"}, -1, 10 * 100.0 / 19, 1, 3},
+      {"a residue in column 1 is found by the backward scan", {"AA", " A"}, -1, 100.0, 2, 2},
+      {"strings shorter than the length are read only to their end", {"ACD", "AC"}, 10, 100.0, 1, 2},
+      {"no sequences give the initial region", {}, 5, 0.0, 1, 6},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    AlignRecord record = record_of(c.rows, c.len);
+    EXPECT_DOUBLE_EQ(scor_align_pct(small_table(), record, record.alignLen), c.pct);
+    EXPECT_EQ(record.overlapStart, c.overlapStart);
+    EXPECT_EQ(record.overlapEnd, c.overlapEnd);
+  }
 }
 
-TEST(ScorAlignPct, CountsOnlyTheOverlapRegion) {
-  AlignRecord record;
-  // The first sequence's A and the second's D hang over the ends.
-  EXPECT_DOUBLE_EQ(pct_of({"ACD ", " CDD"}, &record), 100.0);
-  EXPECT_EQ(record.overlapStart, 2);
-  EXPECT_EQ(record.overlapEnd, 3);
-}
-
-TEST(ScorAlignPct, GapsAndMismatchesLowerThePercentage) {
-  // A gap opposite C adds C's self score to the reference only.
-  EXPECT_DOUBLE_EQ(pct_of({"ACDA", "A DA"}), 14 * 100.0 / 23);
-  // A against D adds -2, and the smaller self score 4 to the reference.
-  EXPECT_DOUBLE_EQ(pct_of({"AAC", "ADC"}), 11 * 100.0 / 17);
-  // Three sequences: every pair is summed before dividing.
-  EXPECT_DOUBLE_EQ(pct_of({"AAC", "AAC", "ADC"}), (17 + 11 + 11) * 100.0 / (17 + 17 + 17));
-}
-
-TEST(ScorAlignPct, SequencesThatDoNotOverlapScoreZero) {
-  AlignRecord record;
-  EXPECT_DOUBLE_EQ(pct_of({"AA  ", "  CC"}, &record), 0.0);
-  EXPECT_EQ(record.overlapStart, 3);
-  EXPECT_EQ(record.overlapEnd, 2);
-}
-
-TEST(ScorAlignPct, LowerCaseLettersAreNotResidues) {
-  AlignRecord record;
-  EXPECT_DOUBLE_EQ(pct_of({"aACD", "CACD"}, &record), 100.0);
-  EXPECT_EQ(record.overlapStart, 2);
-  EXPECT_DOUBLE_EQ(pct_of({"AcD", "AcD"}), 100.0);
-  EXPECT_DOUBLE_EQ(pct_of({"AcD", "ACD"}), 10 * 100.0 / 19);
-}
-
-TEST(ScorAlignPct, NoSequencesGiveTheInitialRegion) {
-  AlignRecord record;
-  record.numSeqs = 0;
-  EXPECT_DOUBLE_EQ(scor_align_pct(small_table(), record, 5), 0.0);
-  EXPECT_EQ(record.overlapStart, 1);
-  EXPECT_EQ(record.overlapEnd, 6);
-}
-
-TEST(ScorAlignPct, StringsShorterThanTheLengthAreReadOnlyToTheirEnd) {
-  AlignRecord record = record_of({"ACD", "AC"});
-  EXPECT_DOUBLE_EQ(scor_align_pct(small_table(), record, 10), 100.0);
-  EXPECT_EQ(record.overlapEnd, 2);
-}
-
-TEST(ScorAlignPct, SequenceWithoutResiduesIsAProgramCheck) {
-  AlignRecord blank = record_of({"ACD", " c "});
-  EXPECT_FATAL_OUTPUT(scor_align_pct(small_table(), blank, 3),
-                      error_frame(1, "pct_start_align", "Program check: len = 3"));
-  AlignRecord empty = record_of({"", ""});
-  EXPECT_FATAL_OUTPUT(scor_align_pct(small_table(), empty, 0),
-                      error_frame(1, "pct_start_align", "Program check: len = 0"));
-}
-
-TEST(ScorAlignPct, BackwardScanNeverExaminesColumnZero) {
-  AlignRecord onlyFirst = record_of({"AAAA", "A   "});
-  EXPECT_FATAL_OUTPUT(scor_align_pct(small_table(), onlyFirst, 4),
-                      error_frame(1, "pct_end_align", "Program check: len = 4"));
-  AlignRecord single = record_of({"A", "A"});
-  EXPECT_FATAL_OUTPUT(scor_align_pct(small_table(), single, 1),
-                      error_frame(1, "pct_end_align", "Program check: len = 1"));
-  // A residue in column 1 is found.
-  EXPECT_DOUBLE_EQ(pct_of({"AA", " A"}), 100.0);
+TEST(ScorAlignPct, SequenceWithoutResiduesInTheScannedColumnsIsAProgramCheck) {
+  const struct {
+    std::vector<std::string> rows;
+    const char* module;
+    const char* message;
+  } cases[] = {
+      {{"ACD", " c "}, "pct_start_align", "Program check: len = 3"},
+      {{"", ""}, "pct_start_align", "Program check: len = 0"},
+      // The backward scan never examines column 0.
+      {{"AAAA", "A   "}, "pct_end_align", "Program check: len = 4"},
+      {{"A", "A"}, "pct_end_align", "Program check: len = 1"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.rows[0] + "/" + c.rows[1]);
+    AlignRecord record = record_of(c.rows);
+    EXPECT_FATAL_OUTPUT(scor_align_pct(small_table(), record, record.alignLen),
+                        testsupport::error_frame(1, c.module, c.message));
+  }
 }
 
 TEST(PctScores, SumOnlyOverLetterPairsWithinN) {
@@ -128,10 +91,6 @@ TEST(PctScores, SumOnlyOverLetterPairsWithinN) {
   EXPECT_EQ(pct_perfect_score(table, "ACD", "ACD", -1), 0);
   EXPECT_EQ(pct_perfect_score(table, "ACD", "A D", 3), 4 + 9 + 6);
   EXPECT_EQ(pct_perfect_score(table, "AC ", "DA ", 3), 4 + 4);
-}
-
-TEST(PctScores, NegativeDiagonal) {
-  const ScoreTable table = small_table();
   // A residue with a negative self score facing a gap adds max(0, d) = 0.
   EXPECT_EQ(pct_perfect_score(table, "X", " ", 1), 0);
   EXPECT_EQ(pct_perfect_score(table, " ", "X", 1), 0);
@@ -143,7 +102,7 @@ TEST(PctScores, NegativeDiagonal) {
   EXPECT_EQ(pct_perfect_score(table, "W", "X", 1), 0);
 }
 
-TEST(ScorPairAlign, AddsTheBiasForEachStructure) {
+TEST(ScorPairAlign, AddsTheBiasForEachStructureFlagOfOne) {
   EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 1, 0, 10), 67.5);
   EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 0, 1, 10), 67.5);
   EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 1, 1, 10), 77.5);

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <tuple>
+#include <utility>
 
 #include "shell/errors.hpp"
 #include "support/test_support.hpp"
@@ -10,13 +11,9 @@ using testsupport::error_frame;
 
 namespace {
 
-constexpr int kGapPen = 3;
-constexpr int kGapSizePen = 1;
-constexpr int kMidPen = 100;
-constexpr int kEndPen = 50;
-constexpr int kBias = 10;
+constexpr int kGapPen = 3, kGapSizePen = 1, kMidPen = 100, kEndPen = 50, kBias = 10;
 
-// Hand-checkable residue table: a letter scores 6 with itself, -1 with any
+// Hand-checkable tables: a letter scores same with itself, other with any
 // other letter; blanks and other characters score 0.
 ScoreTable identity_table(int same, int other) {
   ScoreTable table{};
@@ -63,12 +60,18 @@ TEST(PairAlign, SingleDeletionIsPlacedOppositeTheMissingResidue) {
   EXPECT_EQ(r.alignLen, 14);
   EXPECT_EQ(r.seqs[0].aRes, "GIVEQCCTSICSLY");
   EXPECT_EQ(r.seqs[1].aRes, "GIVEQCC SICSLY");
-  EXPECT_EQ(r.overlapStart, 1);
-  EXPECT_EQ(r.overlapEnd, 14);
+  EXPECT_EQ(std::pair(r.overlapStart, r.overlapEnd), std::pair(1, 14));
   EXPECT_DOUBLE_EQ(r.pctHomol, 7800.0 / 84.0);
   EXPECT_DOUBLE_EQ(r.alignScore, r.pctHomol);
-  EXPECT_TRUE(r.seqs[0].aSRes.empty());
-  EXPECT_TRUE(r.seqs[1].aSRes.empty());
+  EXPECT_TRUE(r.seqs[0].aSRes.empty() && r.seqs[1].aSRes.empty());
+
+  // A record without sRes, or with one shorter than its residues, aligns as
+  // if the missing codes were 'X' fillers.
+  SeqRecord a = make_seq(kInsulinA);
+  a.sRes.reset();
+  const AlignRecord s = align(a, make_seq(kInsulinAdelT, "CCCC"));
+  EXPECT_EQ(s.seqs[1].aRes, "GIVEQCC SICSLY");
+  EXPECT_EQ(s.seqs[1].aSRes, "CCCCXXX XXXXXX");
 }
 
 TEST(PairAlign, HelixInTheShorterSequenceMovesTheGapToTheHelixStart) {
@@ -88,6 +91,12 @@ TEST(PairAlign, HelixInTheShorterSequenceMovesTheGapToTheHelixStart) {
   EXPECT_TRUE(r.seqs[0].aSRes.empty());
   EXPECT_DOUBLE_EQ(r.pctHomol, 6400.0 / 84.0);
   EXPECT_DOUBLE_EQ(r.alignScore, r.pctHomol + kBias);
+
+  // Without the strings, the numbers stay.
+  const AlignRecord d = align(make_seq(kInsulinA), make_seq(kInsulinAdelT, "CCCCHHHHHHHCC"), ruinous, 0);
+  for (const AlignedSeq& s : d.seqs) EXPECT_TRUE(s.aRes.empty() && s.aSRes.empty());
+  EXPECT_EQ(std::tie(d.alignLen, d.overlapStart, d.overlapEnd, d.pctHomol, d.alignScore),
+            std::tie(r.alignLen, r.overlapStart, r.overlapEnd, r.pctHomol, r.alignScore));
 }
 
 TEST(PairAlign, StructureTableAppliesWhenBothSequencesHaveStructure) {
@@ -104,52 +113,13 @@ TEST(PairAlign, StructureTableAppliesWhenBothSequencesHaveStructure) {
   EXPECT_DOUBLE_EQ(r.alignScore, 2.0 * kBias);
 }
 
-TEST(PairAlign, IdenticalSequencesGiveOneGaplessDiagonal) {
-  // Hen lysozyme 1-14 against itself, with a structure table that rewards equal codes.
-  const SeqRecord a = make_seq("KVFGRCELAAAMKR", "CCHHHHHHHHHHTC");
-  const AlignRecord r = align(a, a, identity_table(2, -1));
-  EXPECT_EQ(r.alignLen, 14);
-  EXPECT_EQ(r.seqs[0].aRes, a.pRes);
-  EXPECT_EQ(r.seqs[1].aRes, a.pRes);
-  EXPECT_EQ(r.seqs[1].aSRes, *a.sRes);
-  EXPECT_EQ(format_text("%.2f", r.pctHomol), "100.00");
-  EXPECT_DOUBLE_EQ(r.alignScore, 100.0 + 2 * kBias);
-}
-
-TEST(PairAlign, DroppedStringsKeepTheNumbers) {
-  const AlignRecord kept = align(make_seq(kInsulinA), make_seq(kInsulinAdelT, "CCCCHHHHHHHCC"));
-  const AlignRecord dropped = align(make_seq(kInsulinA), make_seq(kInsulinAdelT, "CCCCHHHHHHHCC"), kNoStructTable, 0);
-  for (const AlignedSeq& s : dropped.seqs) {
-    EXPECT_TRUE(s.aRes.empty());
-    EXPECT_TRUE(s.aSRes.empty());
-  }
-  EXPECT_EQ(std::tie(dropped.alignLen, dropped.overlapStart, dropped.overlapEnd, dropped.pctHomol, dropped.alignScore),
-            std::tie(kept.alignLen, kept.overlapStart, kept.overlapEnd, kept.pctHomol, kept.alignScore));
-}
-
-TEST(PairAlign, MissingOrShortStructureTextsDrawNoPenalty) {
-  // A record without sRes, or with one shorter than its residues, aligns as
-  // if the missing codes were 'X' fillers.
-  SeqRecord a = make_seq(kInsulinA);
-  a.sRes.reset();
-  SeqRecord b = make_seq(kInsulinAdelT, "CCCC");
-  const AlignRecord r = align(a, b);
-  EXPECT_EQ(r.seqs[1].aRes, "GIVEQCC SICSLY");
-  EXPECT_EQ(r.seqs[1].aSRes, "CCCCXXX XXXXXX");
-}
-
-TEST(PairAlign, AlignmentOfExactlyTheLimitIsAccepted) {
+TEST(PairAlignDeathTest, AlignmentOfExactlyTheLimitIsAcceptedOneColumnMoreIsFatal) {
   // Nothing scores above zero, so the two sequences stand one after the other.
   const ScoreTable negative = identity_table(-1, -1);
   const std::string half(kMaxAlignLen / 2, 'A');
   const AlignRecord r = align(make_seq(half), make_seq(half), kNoStructTable, 1, negative);
   EXPECT_EQ(r.alignLen, kMaxAlignLen);
   EXPECT_EQ(r.seqs[0].aRes, half + std::string(half.size(), ' '));
-}
-
-TEST(PairAlignDeathTest, OneColumnOverTheLimitIsFatal) {
-  const ScoreTable negative = identity_table(-1, -1);
-  const std::string half(kMaxAlignLen / 2, 'A');
   EXPECT_FATAL_OUTPUT(
       align(make_seq(half + "A"), make_seq(half), kNoStructTable, 1, negative),
       error_frame(1, "find_best_align", format_text("Alignment size exceeded, len = %d\n", kMaxAlignLen)));

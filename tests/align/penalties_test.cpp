@@ -10,14 +10,8 @@ using ::testing::ElementsAreArray;
 
 namespace {
 
-constexpr int kMid = 7;
-constexpr int kEnd = 3;
-
-std::vector<std::int32_t> struct_scores(const std::string& sRes, int reach = 1) {
-  std::vector<std::int32_t> out(sRes.size(), -1);
-  calc_struct_scores(sRes.data(), static_cast<int>(sRes.size()), out.data(), kMid, kEnd, reach);
-  return out;
-}
+constexpr int M = 7;  // midPen
+constexpr int E = 3;  // endPen
 
 std::vector<std::int32_t> indices(const std::string& text) {
   std::vector<std::int32_t> out(text.size(), -1);
@@ -37,39 +31,43 @@ TEST(CodesToIndices, LettersMapToTheirOffsetEverythingElseToOther) {
 }
 
 TEST(CalcStructScores, RunEndsDrawTheEndPenaltyInsideTheMiddlePenalty) {
-  EXPECT_THAT(struct_scores("HHHH"), ElementsAre(kEnd, kMid, kMid, kEnd));
-  EXPECT_THAT(struct_scores("CHHC"), ElementsAre(0, kEnd, kEnd, 0));
-  EXPECT_THAT(struct_scores("H"), ElementsAre(kEnd));
-  EXPECT_THAT(struct_scores("BBTBXBB"), ElementsAre(kEnd, kEnd, 0, kEnd, 0, kEnd, kEnd));
+  const struct {
+    std::string sRes;
+    int reach;
+    std::vector<std::int32_t> expected;
+  } cases[] = {
+      {"HHHH", 1, {E, M, M, E}},
+      {"CHHC", 1, {0, E, E, 0}},
+      {"H", 1, {E}},
+      {"BBTBXBB", 1, {E, E, 0, E, 0, E, E}},
+      // Blanks and other codes neither draw nor end a penalty.
+      {" HH ", 1, {0, M, M, 0}},
+      {"EHhGH", 1, {0, M, 0, 0, E}},
+      // Reach 2: an edge or a 'C' within two positions gives endPen.
+      {"HHHHHH", 2, {E, E, M, M, E, E}},
+      {"HHHHHCH", 2, {E, E, M, E, E, 0, E}},
+      {"HHH", 0, {M, M, M}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.sRes + " reach " + std::to_string(c.reach));
+    std::vector<std::int32_t> out(c.sRes.size(), -1);
+    calc_struct_scores(c.sRes.data(), static_cast<int>(c.sRes.size()), out.data(), M, E, c.reach);
+    EXPECT_EQ(out, c.expected);
+  }
 }
 
-TEST(CalcStructScores, BlanksAndOtherCodesNeitherDrawNorEndAPenalty) {
-  EXPECT_THAT(struct_scores(" HH "), ElementsAre(0, kMid, kMid, 0));
-  EXPECT_THAT(struct_scores("EHhGH"), ElementsAre(0, kMid, 0, 0, kEnd));
-}
-
-TEST(CalcStructScores, LongerReachLooksFurtherForEndsAndEdges) {
-  // Reach 2: a string edge within two positions gives endPen, as does a 'C'
-  // two positions away; the middle of a long run keeps midPen.
-  EXPECT_THAT(struct_scores("HHHHHH", 2), ElementsAre(kEnd, kEnd, kMid, kMid, kEnd, kEnd));
-  EXPECT_THAT(struct_scores("HHHHHCH", 2), ElementsAre(kEnd, kEnd, kMid, kEnd, kEnd, 0, kEnd));
-  EXPECT_THAT(struct_scores("HHH", 0), ElementsAre(kMid, kMid, kMid));
-}
-
-TEST(CalcAnchorGroupPen, GapsMayOpenOnlyBesideDashesAndAnchors) {
-  const std::string uRes = "ab-cd";
+TEST(CalcAnchorGroupPen, GapsOpenOnlyBesideDashesAndAnchorsDigitsOneToFiveAreAnchors) {
+  std::string uRes = "ab-cd";
   std::vector<std::int32_t> codes(5, 1);
-  std::vector<std::int32_t> pen(5, 0);
+  std::vector<std::int32_t> pen(5, -2);  // positions left alone keep what they held
   calc_anchor_group_pen(uRes.data(), 5, codes.data(), pen.data(), 5000);
-  EXPECT_THAT(pen, ElementsAre(0, 5000, 0, 0, 5000));
+  EXPECT_THAT(pen, ElementsAre(-2, 5000, -2, -2, 5000));
   EXPECT_THAT(codes, ElementsAre(1, 1, 1, 1, 1));
-}
 
-TEST(CalcAnchorGroupPen, DigitsOneToFiveAreAnchorsOthersAreGroupCharacters) {
-  const std::string uRes = "x1590-3";
-  std::vector<std::int32_t> codes(uRes.size(), 4);
-  std::vector<std::int32_t> pen(uRes.size(), -2);  // untouched positions keep what they held
-  calc_anchor_group_pen(uRes.data(), static_cast<int>(uRes.size()), codes.data(), pen.data(), 5000);
+  uRes = "x1590-3";
+  codes.assign(7, 4);
+  pen.assign(7, -2);
+  calc_anchor_group_pen(uRes.data(), 7, codes.data(), pen.data(), 5000);
   EXPECT_THAT(codes, ElementsAre(4, 27, 31, 4, 4, 4, 29));
   EXPECT_THAT(pen, ElementsAre(-2, -2, -2, 5000, 5000, -2, -2));
 }
