@@ -79,16 +79,14 @@ TEST(PirBatch, AlignsEveryEntryOfAPirFile) {
   }
 }
 
+// The lower-case residue ends the reading at the yeast entry without a word; the run goes on with two.
 TEST(PirBatch, ALowerCaseResidueQuietlyEndsTheFileThere) {
   TempDir dir;
   Protein yeast = kCytochromes[2];
   yeast.residues[40] = 'h';
   const auto result = run_batch(dir, pir_entry(kCytochromes[0]) + pir_entry(kCytochromes[1]) + pir_entry(yeast), 3);
   EXPECT_EQ(result.status, 0);
-  EXPECT_NE(result.out.find("Number of sequences to align: 2"), std::string::npos);
+  EXPECT_THAT(result.out, testing::StartsWith("\nNumber of sequences to align: 2\n"));
   EXPECT_EQ(result.out.find("Error"), std::string::npos);
-  const std::string report = dir.read("report.txt");
-  EXPECT_NE(report.find("CCHU"), std::string::npos);
-  EXPECT_NE(report.find("CCHO"), std::string::npos);
-  EXPECT_EQ(report.find("CCBY"), std::string::npos);
+  EXPECT_EQ(dir.read("report.txt").find("CCBY"), std::string::npos);
 }
