@@ -6,7 +6,7 @@
 namespace {
 
 // The reader's result and the warnings it wrote to standard output.
-std::pair<int, std::string> read_text(const std::string& text, SeqRecord& seq) {
+std::pair<int, std::string> read_into(SeqRecord& seq, const std::string& text) {
   const UniqueFile in(std::tmpfile());
   std::fputs(text.c_str(), in.get());
   std::rewind(in.get());
@@ -15,22 +15,25 @@ std::pair<int, std::string> read_text(const std::string& text, SeqRecord& seq) {
   return {status, testing::internal::GetCapturedStdout()};
 }
 
+std::pair<int, std::string> outcome(const std::string& text) {
+  SeqRecord seq;
+  return read_into(seq, text);
+}
+
 std::pair<int, std::string> warned(int status, const std::string& message) {
   return {status, testsupport::error_frame(0, "read_seq_molvane", message)};
 }
 
 const std::pair<int, std::string> kQuiet{1, ""};
-const std::string kLine3000 = "r" + std::string(3000, 'W') + "\n";
 
 }  // namespace
 
-TEST(ReadSeqMolvane, ReadsEntryWithSplitLines) {
+TEST(ReadSeqMolvane, ReadsEntriesWithSplitLinesAndTags) {
   const std::string res(30, 'G'), str(30, 'H');
-  SeqRecord seq;
+  SeqRecord seq, second;
   seq.reference = "kept";
-  EXPECT_EQ(read_text("header\n\nPSEQ\nnCytochrome c\nACCHU\noHomo sapiens\nr" + res + "\nrnlhgK\nS" + str +
-                          "\nSccCCb\nG" + std::string(35, '-') + "\n\n",
-                      seq),
+  EXPECT_EQ(read_into(seq, "header\n\nPSEQ\nnCytochrome c\nACCHU\noHomo sapiens\nr" + res + "\nrnlhgK\nS" + str +
+                               "\nSccCCb\nG" + std::string(35, '-') + "\n\n"),
             kQuiet);
   EXPECT_EQ(seq.acc, "CCHU");
   EXPECT_EQ(seq.title, "Cytochrome c");
@@ -40,62 +43,40 @@ TEST(ReadSeqMolvane, ReadsEntryWithSplitLines) {
   EXPECT_EQ(seq.sRes, str + "ccCCb");  // ...structure kept as it stands
   EXPECT_EQ(seq.uRes, std::string(35, '-'));
   EXPECT_EQ(seq.hasSRes + seq.hasURes, 2);
-}
 
-TEST(ReadSeqMolvane, TagsValuesAndFillers) {
-  SeqRecord seq;
-  ASSERT_EQ(read_text("PSEQ\nnfirst\nnsecond \nK any\nP\nTxx\nir1\nr GD\nrVE\nS\n\n", seq), kQuiet);
-  EXPECT_EQ(seq.title, "second ");  // replaced, nothing trimmed
-  EXPECT_EQ(seq.reference, "r1");
-  EXPECT_EQ(seq.pRes, " GDVE");  // the blank after the tag is a residue
-  EXPECT_EQ(seq.sRes, "XXXXX");  // an empty 'S' line gives no structure
-  EXPECT_EQ(seq.uRes, "-----");
-  EXPECT_EQ(seq.hasSRes + seq.hasURes, 0);
+  ASSERT_EQ(read_into(second, "PSEQ\nnfirst\nnsecond \nK any\nP\nTxx\nir1\nr GD\nrVE\nS\n\n"), kQuiet);
+  EXPECT_EQ(second.title, "second ");  // replaced, nothing trimmed
+  EXPECT_EQ(second.reference, "r1");
+  EXPECT_EQ(second.pRes, " GDVE");  // the blank after the tag is a residue
+  EXPECT_EQ(second.sRes, "XXXXX");  // an empty 'S' line gives no structure
+  EXPECT_EQ(second.uRes, "-----");
+  EXPECT_EQ(second.hasSRes + second.hasURes, 0);
 }
 
 TEST(ReadSeqMolvane, LineLimitsAndStartLine) {
-  const struct {
-    const char* what;
-    std::string text;
-    int result;
-    int numRes;
-  } cases[] = {
-      {"start line with more on it", "PSEQ extra\nrAAA\n\n", -1, 0},
-      {"blanks around the start word", "  PSEQ \t\nrAAA\n\n", 1, 3},
-      // The search reads 254 characters at a time, so the rest of a longer line is a line of its own.
-      {"start word behind 254 characters", std::string(254, 'x') + "PSEQ\nrAAA\n\n", 1, 3},
-      {"start word behind 253 characters", std::string(253, 'x') + "PSEQ\nrAAA\n\n", -1, 0},
-      // Entry lines hold 3,998: the 3,999th character is the newline that ends the entry.
-      {"3998 characters, the last one dropped", "PSEQ\nr" + std::string(3996, 'A') + "B\n\n", 1, 3996},
-      {"texts grow past 4,000", "PSEQ\n" + kLine3000 + kLine3000 + kLine3000 + "\n", 1, 9000},
-      {"an entry without residues", "PSEQ\n\n", 1, 0},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    SeqRecord seq;
-    EXPECT_EQ(read_text(c.text, seq).first, c.result);
-    EXPECT_EQ(seq.numRes, c.numRes);
-  }
+  EXPECT_EQ(outcome("PSEQ extra\nrAAA\n\n").first, -1);
+  EXPECT_EQ(outcome("  PSEQ \t\nrAAA\n\n").first, 1);
+  // The search reads 254 characters at a time, so the rest of a longer line is a line of its own.
+  EXPECT_EQ(outcome(std::string(254, 'x') + "PSEQ\nrAAA\n\n").first, 1);
+  EXPECT_EQ(outcome(std::string(253, 'x') + "PSEQ\nrAAA\n\n").first, -1);
+  EXPECT_EQ(outcome("PSEQ\n\n").first, 1);  // an entry without residues
+  // Entry lines hold 3,998: the 3,999th character is the newline that ends the entry.
+  SeqRecord seq;
+  ASSERT_EQ(read_into(seq, "PSEQ\nr" + std::string(3996, 'A') + "B\n\n").first, 1);
+  EXPECT_EQ(seq.pRes, std::string(3996, 'A'));
+  const std::string line = "r" + std::string(3000, 'W') + "\n";
+  ASSERT_EQ(read_into(seq, "PSEQ\n" + line + line + line + "\n").first, 1);
+  EXPECT_EQ(seq.numRes, 9000);  // the texts grow past 4,000
 }
 
 TEST(ReadSeqMolvane, EveryWarning) {
-  const struct {
-    const char* text;
-    std::pair<int, std::string> outcome;
-  } cases[] = {
-      {"PSEQ\nnMy title\nrAAA\n", warned(-1, "Unexpected EOF in sequence file: 'My title'")},
-      // A last line without a newline still loses its last character.
-      {"PSEQ\nrAAA\nnTitle", warned(-1, "Unexpected EOF in sequence file: 'Titl'")},
-      {"PSEQ\nrAAA\n", warned(-1, "Unexpected EOF in sequence file: ''")},
-      {"PSEQ\nrAAA\nN title\n\n", warned(0, "Cannot parse line in sequence file: 'N title\n'")},
-      {"PSEQ\n rAAA\n\n", warned(0, "Cannot parse line in sequence file: ' rAAA\n'")},
-      {"PSEQ\nrAAAA\nSHHH\nG12345\n\n", warned(0, "Residues/Structure/Grouping align problems: 4 3 5")},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    SeqRecord seq;
-    EXPECT_EQ(read_text(c.text, seq), c.outcome);
-  }
+  EXPECT_EQ(outcome("PSEQ\nnMy title\nrAAA\n"), warned(-1, "Unexpected EOF in sequence file: 'My title'"));
+  // A last line without a newline still loses its last character.
+  EXPECT_EQ(outcome("PSEQ\nrAAA\nnTitle"), warned(-1, "Unexpected EOF in sequence file: 'Titl'"));
+  EXPECT_EQ(outcome("PSEQ\nrAAA\n"), warned(-1, "Unexpected EOF in sequence file: ''"));
+  EXPECT_EQ(outcome("PSEQ\nrAAA\nN title\n\n"), warned(0, "Cannot parse line in sequence file: 'N title\n'"));
+  EXPECT_EQ(outcome("PSEQ\n rAAA\n\n"), warned(0, "Cannot parse line in sequence file: ' rAAA\n'"));
+  EXPECT_EQ(outcome("PSEQ\nrAAAA\nSHHH\nG12345\n\n"), warned(0, "Residues/Structure/Grouping align problems: 4 3 5"));
 }
 
 TEST(ReadSeqMolvane, LengthsRuleNeedsOneMatchingText) {
@@ -112,7 +93,7 @@ TEST(ReadSeqMolvane, LengthsRuleNeedsOneMatchingText) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     SeqRecord seq;
-    ASSERT_EQ(read_text(c.text, seq), kQuiet);
+    ASSERT_EQ(read_into(seq, c.text), kQuiet);
     EXPECT_EQ(seq.sRes, c.sRes);
     EXPECT_EQ(seq.uRes, c.uRes);
     EXPECT_EQ(seq.hasSRes, c.hasSRes);

@@ -116,19 +116,12 @@ TEST(ReadSeqPir, ResidueLinesResultsAndEndTokens) {
 }
 
 TEST(ReadSeqPir, EndOfInputBeforeTheEntryIsComplete) {
-  const struct {
-    const char* text;
-    int result;
-  } cases[] = {{"", -1},
-               {"junk line\nmore junk\n", -1},
-               {"ENTRY A1\nDATE x\n", -1},
-               {"ENTRY A1\nTITLE cut short", -1},
-               {"ENTRY A1\nTITLE t\n continued\n", -1},
-               {"ENTRY A1\nTITLE t\nSEQUENCE\n", -40}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    EXPECT_EQ(read_pir(c.text).result, c.result);
-  }
+  EXPECT_EQ(read_pir("").result, -1);
+  EXPECT_EQ(read_pir("junk line\nmore junk\n").result, -1);
+  EXPECT_EQ(read_pir("ENTRY A1\nDATE x\n").result, -1);
+  EXPECT_EQ(read_pir("ENTRY A1\nTITLE cut short").result, -1);
+  EXPECT_EQ(read_pir("ENTRY A1\nTITLE t\n continued\n").result, -1);
+  EXPECT_EQ(read_pir("ENTRY A1\nTITLE t\nSEQUENCE\n").result, -40);
   const PirRead read = read_pir("junk\nENTRY   \n\n");  // "ENTRY" as the last token
   EXPECT_EQ(read.result, 0);
   EXPECT_EQ(read.printed, testsupport::error_frame(0, "read_seq_pir", "Unable to read accession for sequence\n"));

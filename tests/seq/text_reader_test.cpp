@@ -25,6 +25,20 @@ SeqRecord read_one(const std::string& text, int minRes = 3, int maxRes = 4000) {
   return record;
 }
 
+using Header = std::pair<std::string, std::string>;
+
+Header code_and_title(const std::string& header) {
+  const SeqRecord record = read_one(header + "\nMKV\n");
+  return {record.acc.value_or("(none)"), record.title.value_or("(none)")};
+}
+
+// count residue numbers from index from, for an entry under header.
+std::vector<int> numbers(const std::string& header, std::size_t from, std::size_t count) {
+  const auto nums = read_one(header + "\nMKVW\n").resNums;
+  if (nums.size() < from + count) return {};
+  return std::vector<int>(nums.begin() + from, nums.begin() + from + count);
+}
+
 }  // namespace
 
 TEST(ReadSeqText, ReadsEntriesAndLeavesWhatEndsThem) {
@@ -54,45 +68,21 @@ TEST(ReadSeqText, ReadsEntriesAndLeavesWhatEndsThem) {
 }
 
 TEST(ReadSeqText, HeaderCodesAndTitles) {
-  const struct {
-    const char* header;
-    const char* acc;
-    const char* title;
-  } cases[] = {
-      {">title something", "", "something"},  // a "title" code stands for no code
-      {">Title2 x", "", "x"},
-      {">TITL x", "TITL", "x"},
-      {"> ABC \t  a title ", "ABC", "a title "},
-      {">\n\n  AbC12", "AbC12", ""},             // line ends before the code are skipped
-      {">ABCDEFGHIJKL t", "ABCDEFGHIJKL", "t"},  // 12 characters fit
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.header);
-    const SeqRecord record = read_one(std::string(c.header) + "\nMKV\n");
-    EXPECT_EQ(record.acc, c.acc);
-    EXPECT_EQ(record.title, c.title);
-  }
+  EXPECT_EQ(code_and_title(">title something"), Header("", "something"));  // a "title" code stands for none
+  EXPECT_EQ(code_and_title(">Title2 x"), Header("", "x"));
+  EXPECT_EQ(code_and_title(">TITL x"), Header("TITL", "x"));
+  EXPECT_EQ(code_and_title("> ABC \t  a title "), Header("ABC", "a title "));
+  EXPECT_EQ(code_and_title(">\n\n  AbC12"), Header("AbC12", ""));             // line ends before the code are skipped
+  EXPECT_EQ(code_and_title(">ABCDEFGHIJKL t"), Header("ABCDEFGHIJKL", "t"));  // 12 characters fit
 }
 
 TEST(ReadSeqText, ResidueNumberingFromHeaderRanges) {
-  const struct {
-    const char* header;
-    std::size_t from;
-    std::vector<int> nums;
-  } cases[] = {
-      {">A x [5-3] [10-12]", 0, {0, 10, 11, 12, 4}},
-      // The piece before the first '[' counts too; the closing bracket is optional.
-      {">A 12-14 kinase [ -2--1", 0, {0, 12, 13, 14, -2, -1, 6}},
-      {">A [7 -9]", 1, {1}},  // the hyphen must follow the first number directly
-      {">A [ 7- 9]", 1, {7}},
-      {">A [10001-2000000000]", 3999, {13999}},  // numbers beyond the table are dropped
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.header);
-    const auto nums = read_one(std::string(c.header) + "\nMKVW\n").resNums;
-    ASSERT_EQ(nums.size(), 4000u);
-    EXPECT_EQ(std::vector<int>(nums.begin() + c.from, nums.begin() + c.from + c.nums.size()), c.nums);
-  }
+  EXPECT_EQ(numbers(">A x [5-3] [10-12]", 0, 5), (std::vector<int>{0, 10, 11, 12, 4}));
+  // The piece before the first '[' counts too; the closing bracket is optional.
+  EXPECT_EQ(numbers(">A 12-14 kinase [ -2--1", 0, 7), (std::vector<int>{0, 12, 13, 14, -2, -1, 6}));
+  EXPECT_EQ(numbers(">A [7 -9]", 1, 1), std::vector<int>{1});  // the hyphen must follow the first number directly
+  EXPECT_EQ(numbers(">A [ 7- 9]", 1, 1), std::vector<int>{7});
+  EXPECT_EQ(numbers(">A [10001-2000000000]", 3999, 1), std::vector<int>{13999});  // beyond the table: dropped
 }
 
 TEST(ReadSeqText, ClassifiesDataLines) {
