@@ -8,15 +8,9 @@
 #include "shell/parms.hpp"
 #include "support/test_support.hpp"
 
-namespace {
+using testsupport::stream_of;
 
-// An open stream over text, in an anonymous temporary file.
-UniqueFile stream_of(const std::string& text) {
-  UniqueFile stream(std::tmpfile());
-  std::fwrite(text.data(), 1, text.size(), stream.get());
-  std::rewind(stream.get());
-  return stream;
-}
+namespace {
 
 // Codes past 'Z' are reached with the characters after it ('[' is code 26).
 int cell(const ScoreTable& table, char x, char y) { return table[(x - 'A') * kTableDim + (y - 'A')]; }

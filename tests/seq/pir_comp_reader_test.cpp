@@ -10,17 +10,11 @@
 #include "shell/text_input.hpp"
 #include "support/test_support.hpp"
 
+using testsupport::stream_of;
+
 namespace {
 
 using namespace pir_comp_encoder;
-
-// An open stream over bytes, in an anonymous temporary file.
-UniqueFile stream_of(const std::string& bytes) {
-  UniqueFile stream(std::tmpfile());
-  std::fwrite(bytes.data(), 1, bytes.size(), stream.get());
-  std::rewind(stream.get());
-  return stream;
-}
 
 int read_one(const std::string& bytes, SeqRecord& seq) { return read_seq_pir_comp(stream_of(bytes).get(), seq); }
 

@@ -6,6 +6,8 @@
 #include "shell/text_input.hpp"
 #include "support/test_support.hpp"
 
+using testsupport::stream_of;
+
 namespace {
 
 // One entry with the given residue lines (each with its line end).
@@ -14,13 +16,6 @@ std::string entry(const std::string& acc, const std::string& title, const std::s
   return "ENTRY           " + acc + "       #type complete\nTITLE           " + title +
          "\nDATE            01-Jan-1990\nSEQUENCE\n                5        10        15        20\n" + residueLines +
          end;
-}
-
-UniqueFile stream_of(const std::string& text) {
-  UniqueFile stream(std::tmpfile());
-  std::fputs(text.c_str(), stream.get());
-  std::rewind(stream.get());
-  return stream;
 }
 
 struct PirRead {

@@ -8,14 +8,9 @@
 using testsupport::error_frame;
 using testsupport::TempDir;
 
-namespace {
+using testsupport::stream_of;
 
-UniqueFile stream_of(const std::string& text) {
-  UniqueFile stream(std::tmpfile());
-  std::fwrite(text.data(), 1, text.size(), stream.get());
-  std::rewind(stream.get());
-  return stream;
-}
+namespace {
 
 std::string rest_of(std::FILE* stream) {
   std::rewind(stream);

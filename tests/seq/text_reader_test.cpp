@@ -8,15 +8,9 @@
 
 using testsupport::error_frame;
 
-namespace {
+using testsupport::stream_of;
 
-// A stream positioned at the start of text (which may hold any bytes).
-UniqueFile stream_of(const std::string& text) {
-  UniqueFile stream(std::tmpfile());
-  std::fwrite(text.data(), 1, text.size(), stream.get());
-  std::rewind(stream.get());
-  return stream;
-}
+namespace {
 
 SeqRecord read_one(const std::string& text, int minRes = 3, int maxRes = 4000) {
   const UniqueFile in = stream_of(text);

@@ -38,6 +38,13 @@ std::string read_file(const std::filesystem::path& path) {
   return text.str();
 }
 
+UniqueFile stream_of(const std::string& text) {
+  UniqueFile stream(std::tmpfile());
+  std::fwrite(text.data(), 1, text.size(), stream.get());
+  std::rewind(stream.get());
+  return stream;
+}
+
 void write_file(const std::filesystem::path& path, const std::string& text) {
   std::ofstream out(path, std::ios::binary);
   out << text;

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "shell/text_input.hpp"
+
 namespace testsupport {
 
 // A fresh directory under the system's temporary directory, removed with
@@ -29,6 +31,8 @@ class TempDir {
 };
 
 std::string read_file(const std::filesystem::path& path);
+// An open stream positioned at the start of text (which may hold any bytes).
+UniqueFile stream_of(const std::string& text);
 void write_file(const std::filesystem::path& path, const std::string& text);
 
 struct RunResult {
