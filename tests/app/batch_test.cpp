@@ -232,6 +232,26 @@ TEST_F(BatchTest, FatalPathsOfTheDriver) {
   }
 }
 
+// The largest input the limits admit: 500 sequences of 4,000 residues. Any
+// pair of them needs more than 3,500 columns, so the first pair ends the run.
+TEST_F(BatchTest, FullTableOfLongestSequencesEndsAtTheColumnLimit) {
+  std::string text;
+  for (int k = 0; k < 500; ++k) {
+    text += ">L" + std::to_string(k) + "\n";
+    // Mixed letters, so that no line reads as a structure line.
+    const std::string letters = "ACDEFGHIKLMNPQRSTVWY";
+    for (int line = 0; line < 40; ++line) {
+      for (int col = 0; col < 100; ++col) text += letters[(k + line + col) % letters.size()];
+      text += "\n";
+    }
+    text += "\n";
+  }
+  dir_.write("full.txt", text);
+  const RunResult result = run({{"DATA_FILE", "full.txt"}, {"SEQ_SELECT", "501"}});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "\nNumber of sequences to align: 500\nProcessing pairwise alignments\n" + kTooLong);
+}
+
 TEST_F(BatchTest, WrongArgumentsPrintTheUsage) {
   for (const std::string args : {"", " parms", " parms report extra"}) {
     const RunResult result =
