@@ -1,5 +1,6 @@
 #include "shell/parms.hpp"
 
+#include <cmath>
 #include <cstring>
 
 #include "shell/errors.hpp"
@@ -24,7 +25,7 @@ int read_parm_key(std::FILE* stream, const char* prefix, int n, std::string& key
 
 int read_parm_int(std::FILE* stream, int* value, int min, int max, const std::string& key) {
   int read = 0;
-  if (std::fscanf(stream, "%d", &read) != 1)
+  if (!scan_int(stream, read))
     fatal_err("read_parm_int", "Parm key = '%s' Missing or non-numeric value\n", key.c_str());
   if (read < min)
     fatal_err("read_parm_int", "Parm key = '%s' Lower bound exceeded: %d < %d\n", key.c_str(), read, min);
@@ -36,7 +37,8 @@ int read_parm_int(std::FILE* stream, int* value, int min, int max, const std::st
 
 int read_parm_double(std::FILE* stream, double* value, double min, double max, const std::string& key) {
   double read = 0.0;
-  if (std::fscanf(stream, "%lf", &read) != 1)
+  // "nan" scans as a number but passes no bound test: refuse it with the rest.
+  if (std::fscanf(stream, "%lf", &read) != 1 || std::isnan(read))
     fatal_err("read_parm_double", "Parm key = '%s' Missing or non-numeric value\n", key.c_str());
   if (read < min)
     fatal_err("read_parm_double", "Parm key = '%s' Lower bound exceeded: %lf < %lf\n", key.c_str(), read, min);

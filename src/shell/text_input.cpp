@@ -1,6 +1,7 @@
 #include "shell/text_input.hpp"
 
 #include <cctype>
+#include <climits>
 
 #include "shell/limits.hpp"
 
@@ -46,4 +47,23 @@ bool find_keyword(std::FILE* stream, const char* keyword) {
     skip_line(stream, kLineRead);
   }
   return false;
+}
+
+bool scan_int(std::FILE* stream, int& value) {
+  int ch = std::fgetc(stream);
+  while (ch != EOF && std::isspace(ch)) ch = std::fgetc(stream);
+  const bool negative = ch == '-';
+  if (ch == '-' || ch == '+') ch = std::fgetc(stream);
+  if (ch == EOF || !std::isdigit(ch)) {
+    if (ch != EOF) std::ungetc(ch, stream);
+    return false;
+  }
+  constexpr long long kCap = 1LL << 40;  // past any int; digits beyond it change nothing
+  long long magnitude = 0;
+  for (; ch != EOF && std::isdigit(ch); ch = std::fgetc(stream))
+    if (magnitude < kCap) magnitude = magnitude * 10 + (ch - '0');
+  if (ch != EOF) std::ungetc(ch, stream);
+  const long long signedValue = negative ? -magnitude : magnitude;
+  value = static_cast<int>(signedValue > INT_MAX ? INT_MAX : (signedValue < INT_MIN ? INT_MIN : signedValue));
+  return true;
 }

@@ -21,6 +21,11 @@ UniqueFile open_file(const std::string& path, const char* mode);
 // Returns false at end of input before any word character.
 bool read_word(std::FILE* stream, std::string& word);
 
+// Reads a decimal integer as a "%d" scan does (leading white space, an
+// optional sign, digits); a number too large for an int is held at the
+// nearest limit. False when no digit comes.
+bool scan_int(std::FILE* stream, int& value);
+
 // Reads as an fgets into a buffer of maxChars + 1 bytes does: up to maxChars
 // characters, stopping after a newline (which is kept). Returns false at end
 // of input before any character.

@@ -83,6 +83,10 @@ TEST(ReadParmInt, BoundsAndMissingValuesAreFatal) {
   auto word = stream_of(dir, "RAVLIN:NEXT 5");
   EXPECT_FATAL_OUTPUT(read_parm_int(word.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
                       error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
+  // A number too large for an int is held at the limit, never wrapped into range.
+  auto huge = stream_of(dir, "4294967297");
+  EXPECT_FATAL_OUTPUT(read_parm_int(huge.get(), &value, -100, 100, "RAVLIN:STRUCT_BIAS"),
+                      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:STRUCT_BIAS' Upper bound exceeded: 2147483647 > 100\n"));
   auto empty = stream_of(dir, "\n  \n");
   EXPECT_FATAL_OUTPUT(read_parm_int(empty.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
                       error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
@@ -100,9 +104,11 @@ TEST(ReadParmDouble, KeepsItsMessagesIncludingTheUpperBoundsLessThanSign) {
   auto high = stream_of(dir, "4");
   EXPECT_FATAL_OUTPUT(read_parm_double(high.get(), &value, 0.0, 3.0, "KEY:X"),
                       error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Upper bound exceeded: 4.000000 < 3.000000\n"));
-  auto missing = stream_of(dir, "");
-  EXPECT_FATAL_OUTPUT(read_parm_double(missing.get(), &value, 0.0, 3.0, "KEY:X"),
+  for (const char* text : {"", "nan"}) {
+    auto missing = stream_of(dir, text);
+    EXPECT_FATAL_OUTPUT(read_parm_double(missing.get(), &value, 0.0, 3.0, "KEY:X"),
                       error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Missing or non-numeric value\n"));
+  }
 }
 
 TEST(ReadParmString, ReadsOneWordOrReportsEndOfInput) {
