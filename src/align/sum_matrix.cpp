@@ -41,7 +41,7 @@ std::vector<ColCarry> make_col_carries(int cols, const std::int32_t* colStruct, 
   for (int c = 0; c < cols; ++c) {
     carries[c].score = kCarryFloor;
     carries[c].level = 0;
-    carries[c].next = kNoCell;  // never followed before a candidate sets it; cleared all the same
+    carries[c].next = kNoCell;  // not usable until a candidate sets it
     carries[c].structMin = c >= 1 ? std::min(colStruct[c - 1], colStruct[c]) : 0;
     carries[c].gapCharge = add32(gapPen, colGroup[c]);
   }
@@ -87,13 +87,13 @@ void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStru
   std::vector<ColCarry> carries = make_col_carries(cols, colStruct, colGroup, gapPen);
   ColCarry* const col = carries.data();
 
-  // The row carry's link is set once and deliberately kept across rows.
-  std::int32_t rowNext = (rows - 1) * cols + (cols - 1);
-
   // Backwards over T = (i, j), with D = (i+1, j+1), cur = D.score (final), c = j + 1:
   //   T.score += max of  cur           -> next = D              (wins every tie)
   //                      colScore[c]   -> next = colNext[c]     (only if > rowScore)
   //                      rowScore      -> next = rowNext
+  //   A carry takes part only once a candidate has set its link (in this row,
+  //   for the row carry): the carries start far below any real sum, so this
+  //   only matters for sums no table can produce, but it keeps every path whole.
   //   s = min(colStruct[j], colStruct[c]) + min(rowStruct[i], rowStruct[i+1])
   //   each carry X (row: group = rowGroup[i+1]; column c: group = colGroup[c]):
   //     if s > X.level:  X.score -= s - X.level, X.level = s   (a stiffer structure step)
@@ -108,6 +108,7 @@ void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStru
     const std::int32_t rowGapCharge = add32(gapPen, rowGroup[i + 1]);
     std::int32_t rowScore = kCarryFloor;
     std::int32_t rowLevel = 0;
+    std::int32_t rowNext = kNoCell;
 
     for (int j = cols - 2; j >= 0; --j) {
       const int c = j + 1;
@@ -116,10 +117,12 @@ void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStru
       ColCarry& cc = col[c];
       SumCell& target = row[j];
 
-      if (cur >= cc.score && cur >= rowScore) {
+      const bool colUsable = cc.next != kNoCell;
+      const bool rowUsable = rowNext != kNoCell;
+      if ((cur >= cc.score || !colUsable) && (cur >= rowScore || !rowUsable)) {
         target.score = add32(target.score, cur);
         target.next = diag;
-      } else if (cc.score > rowScore) {
+      } else if (colUsable && (cc.score > rowScore || !rowUsable)) {
         target.score = add32(target.score, cc.score);
         target.next = cc.next;
       } else {

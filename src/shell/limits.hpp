@@ -15,5 +15,5 @@ inline constexpr int kTableSize = kTableDim * kTableDim;
 inline constexpr int kOtherCode = 26;         // table index of any non-letter
 inline constexpr int kGroupPen = 5000;        // gap charge inside a user group
 inline constexpr int kAnchorScore = 10000;    // same anchor paired with itself
-inline constexpr int kCarryFloor = -10000;    // initial gap carry of the summation
+inline constexpr int kCarryFloor = -(1 << 30);  // initial gap carry: below any real sum
 inline constexpr int kSeqSelectMax = kMaxSeqs + 2;

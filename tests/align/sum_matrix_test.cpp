@@ -91,15 +91,14 @@ TEST(SumMatrix, SumsAndLinks) {
   EXPECT_THAT(shown(summed({3, 3, {0, 0, 0, 0, 0, 5, 0, 6, 0}})), ::testing::StartsWith("6>7 "));
 }
 
-TEST(SumMatrix, RowCarryLinkStartsAtTheCornerAndIsKeptAcrossRows) {
-  // Sums below the carries' -10000 floor make a row carry serve before any
-  // candidate has set its link: (1,1) gets the bottom-right corner, (0,1) the
-  // link (2,1) that row 1's carry took last.
+TEST(SumMatrix, CarriesServeOnlyOnceACandidateHasSetTheirLink) {
+  // Sums far below -10000: a carry is used only after a candidate of its own
+  // row (or column) set its link, so every path stays whole. (1,1) and (0,1)
+  // go diagonally although no carry was set yet; (0,0) takes column 1's carry,
+  // set from (2,1), and skips row 1.
   const std::int32_t low = -20000;
   const auto m = summed({3, 3, {0, 0, low, low, low, low, low, 0, low}, 0, 1});
-  EXPECT_EQ(m[4].next, 8);
-  EXPECT_EQ(m[1].next, 7);
-  EXPECT_EQ(m[1].score, -10000);
+  EXPECT_EQ(shown(m), "-1>7 -20000>5 -20000 -20000>7 -40000>8 -20000 -20000 0 -20000");
 }
 
 TEST(SumMatrix, SumsWrapAtThirtyTwoBits) {
