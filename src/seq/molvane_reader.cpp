@@ -1,10 +1,10 @@
 #include "seq/molvane_reader.hpp"
 
+#include <algorithm>
 #include <cctype>
 #include <new>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include "shell/errors.hpp"
 #include "shell/limits.hpp"
@@ -37,17 +37,30 @@ bool is_start_line(const std::string& line) {
   return words == 1 && first == "PSEQ";
 }
 
+// A line read ends at its first zero byte, as all text does; the characters
+// behind it still count against the read's length.
+bool read_text_line(std::FILE* stream, std::string& line, int maxChars) {
+  if (!read_line(stream, line, maxChars)) return false;
+  const std::size_t end = line.find('\0');
+  if (end != std::string::npos) line.resize(end);
+  return true;
+}
+
 bool find_entry_start(std::FILE* stream) {
   std::string line;
-  while (read_line(stream, line, kLineRead))
+  while (read_text_line(stream, line, kLineRead))
     if (is_start_line(line)) return true;
   return false;
 }
 
 // Everything behind the tag up to, not including, the line's last character,
-// which is its newline unless the file ended without one.
-std::string tag_value(const std::string& line) {
-  return line.size() < 2 ? std::string() : line.substr(1, line.size() - 2);
+// which is its newline unless the file ended without one or a zero byte cut
+// the line; either way one character goes.
+std::string tag_value(const std::string& line, const char* module) {
+  if (line.size() < 2) return std::string();
+  std::string value = checked_string(line.size() - 2, ' ', module);
+  line.copy(value.data(), value.size(), 1);
+  return value;
 }
 
 // The texts grow with the entry rather than stopping at a fixed size.
@@ -63,28 +76,29 @@ void append_text(std::string& text, const std::string& value, const char* module
 
 enum class LineKind { kMore, kEnd, kUnknown };
 
+// A line cut to nothing by a zero byte reads '\0' as its tag, which is no tag.
 LineKind take_line(const std::string& line, SeqRecord& seq, MolvaneTexts& texts) {
   switch (line[0]) {
     case 'A':
-      seq.acc = tag_value(line);
+      seq.acc = tag_value(line, "read_seq_molvane:acc");
       return LineKind::kMore;
     case 'n':
-      seq.title = tag_value(line);
+      seq.title = tag_value(line, "read_seq_molvane:title");
       return LineKind::kMore;
     case 'o':
-      seq.organism = tag_value(line);
+      seq.organism = tag_value(line, "read_seq_molvane:organism");
       return LineKind::kMore;
     case 'i':
-      seq.reference = tag_value(line);
+      seq.reference = tag_value(line, "read_seq_molvane:reference");
       return LineKind::kMore;
     case 'r':
-      append_text(texts.residues, tag_value(line), "read_seq_molvane:pRes");
+      append_text(texts.residues, tag_value(line, "read_seq_molvane:pRes"), "read_seq_molvane:pRes");
       return LineKind::kMore;
     case 'S':
-      append_text(texts.structure, tag_value(line), "read_seq_molvane:sRes");
+      append_text(texts.structure, tag_value(line, "read_seq_molvane:sRes"), "read_seq_molvane:sRes");
       return LineKind::kMore;
     case 'G':
-      append_text(texts.grouping, tag_value(line), "read_seq_molvane:uRes");
+      append_text(texts.grouping, tag_value(line, "read_seq_molvane:uRes"), "read_seq_molvane:uRes");
       return LineKind::kMore;
     case 'K':
     case 'P':
@@ -98,17 +112,20 @@ LineKind take_line(const std::string& line, SeqRecord& seq, MolvaneTexts& texts)
 }
 
 std::string folded_upper(const std::string& text) {
-  std::string upper = text;
-  for (char& ch : upper)
-    if (ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - 'a' + 'A');
+  std::string upper = checked_string(text.size(), ' ', "read_seq_molvane:pRes");
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char ch = text[i];
+    upper[i] = ch >= 'a' && ch <= 'z' ? static_cast<char>(ch - 'a' + 'A') : ch;
+  }
   return upper;
 }
 
 // Exactly len characters: a longer text is cut, a shorter one (accepted
 // through the other text) is completed with the filler.
-std::string fitted(std::string text, int len, char filler) {
-  text.resize(static_cast<std::size_t>(len), filler);
-  return text;
+std::string fitted(const std::string& text, int len, char filler, const char* module) {
+  std::string out = checked_string(static_cast<std::size_t>(len), filler, module);
+  text.copy(out.data(), std::min(out.size(), text.size()));
+  return out;
 }
 
 }  // namespace
@@ -122,7 +139,7 @@ int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*ma
   MolvaneTexts texts;
   std::string line;
   for (bool ended = false; !ended;) {
-    if (!read_line(stream, line, kEntryLineRead)) {
+    if (!read_text_line(stream, line, kEntryLineRead)) {
       warn_err(kModule, "Unexpected EOF in sequence file: '%s'", seq.title.value_or("").c_str());
       return -1;
     }
@@ -157,8 +174,8 @@ int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*ma
     return 0;
   }
   seq.pRes = folded_upper(texts.residues);
-  seq.sRes = fitted(std::move(texts.structure), resLen, 'X');
-  seq.uRes = fitted(std::move(texts.grouping), resLen, '-');
+  seq.sRes = fitted(texts.structure, resLen, 'X', "read_seq_molvane:sRes");
+  seq.uRes = fitted(texts.grouping, resLen, '-', "read_seq_molvane:uRes");
   seq.numRes = resLen;
   return 1;
 }

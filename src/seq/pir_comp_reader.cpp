@@ -94,16 +94,17 @@ std::optional<std::string> unpack_residues(const std::vector<unsigned char>& pac
   return residues;
 }
 
-// The text ends at its first raw newline (or a zero byte); 0xFE escapes a
-// newline or itself and swallows any other byte.
+// The text ends at its first raw newline only: zero bytes are carried on,
+// since a number range may hold them. 0xFE escapes a newline or itself and
+// swallows any other byte, a zero byte included.
 std::string decode_escapes(const std::string& raw) {
   std::string text;
-  for (std::size_t i = 0; i < raw.size() && raw[i] != '\n' && raw[i] != '\0'; ++i) {
+  for (std::size_t i = 0; i < raw.size() && raw[i] != '\n'; ++i) {
     if (static_cast<unsigned char>(raw[i]) != kEscape) {
       text.push_back(raw[i]);
       continue;
     }
-    if (i + 1 >= raw.size() || raw[i + 1] == '\n' || raw[i + 1] == '\0') break;
+    if (i + 1 >= raw.size() || raw[i + 1] == '\n') break;
     const auto next = static_cast<unsigned char>(raw[++i]);
     if (next == kEscNewline) text.push_back('\n');
     if (next == kEscape) text.push_back(static_cast<char>(kEscape));
@@ -113,8 +114,9 @@ std::string decode_escapes(const std::string& raw) {
 
 unsigned byte_at(const std::string& text, std::size_t pos) { return static_cast<unsigned char>(text[pos]); }
 
-// A space and four bytes stand for two 16-bit numbers "first-second". A range
-// cut off by the end of the text, or a result too long, rejects the record.
+// A space and four bytes, whatever they hold, stand for two 16-bit numbers
+// "first-second". A range cut off by the end of the text, or a result too
+// long, rejects the record.
 std::optional<std::string> expand_ranges(const std::string& text) {
   std::string out;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -145,12 +147,15 @@ const char* dictionary_text(int prefix, unsigned code) {
 }
 
 // Dictionary references replace their prefix character; bytes from 129 up
-// are a space and a character. An absent row or an overlong result rejects the record.
+// are a space and a character. A zero byte left over from the earlier passes
+// ends the text here, as it ends any text; a prefix just before it stays as
+// it is. An absent row or an overlong result rejects the record.
 std::optional<std::string> expand_codes(const std::string& text) {
   std::string out;
   int state = kNoPrefix;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const unsigned b = byte_at(text, i);
+    if (b == 0) break;
     if (is_prefix(state)) {
       const char* entry = dictionary_text(state, b);
       if (entry == nullptr) return std::nullopt;
@@ -217,8 +222,9 @@ std::optional<RecordTexts> decode_record_text(const std::string& raw, int count)
   TextCursor cursor{*decoded};
   RecordTexts texts;
   texts.title = read_field(cursor);
-  // An empty first field leaves the title buffer as the range pass left it.
-  if (texts.title.empty()) texts.title = *ranged;
+  // An empty first field leaves the title buffer as the range pass left it,
+  // read as text, so up to a zero byte it may still hold.
+  if (texts.title.empty()) texts.title = ranged->substr(0, ranged->find('\0'));
   texts.acc = read_field(cursor);
   read_field(cursor);
   read_field(cursor);

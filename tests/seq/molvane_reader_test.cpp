@@ -3,13 +3,13 @@
 #include "shell/text_input.hpp"
 #include "support/test_support.hpp"
 
+using namespace std::string_literals;
+
 namespace {
 
 // The reader's result and the warnings it wrote to standard output.
 std::pair<int, std::string> read_into(SeqRecord& seq, const std::string& text) {
-  const UniqueFile in(std::tmpfile());
-  std::fputs(text.c_str(), in.get());
-  std::rewind(in.get());
+  const UniqueFile in = testsupport::stream_of(text);
   testing::internal::CaptureStdout();
   const int status = read_seq_molvane(in.get(), seq, 3, 4000);
   return {status, testing::internal::GetCapturedStdout()};
@@ -56,6 +56,7 @@ TEST(ReadSeqMolvane, ReadsEntriesWithSplitLinesAndTags) {
 TEST(ReadSeqMolvane, LineLimitsAndStartLine) {
   EXPECT_EQ(outcome("PSEQ extra\nrAAA\n\n").first, -1);
   EXPECT_EQ(outcome("  PSEQ \t\nrAAA\n\n").first, 1);
+  EXPECT_EQ(outcome("PSEQ\0 x\nrAAA\n\n"s).first, 1);  // the line ends at its zero byte
   // The search reads 254 characters at a time, so the rest of a longer line is a line of its own.
   EXPECT_EQ(outcome(std::string(254, 'x') + "PSEQ\nrAAA\n\n").first, 1);
   EXPECT_EQ(outcome(std::string(253, 'x') + "PSEQ\nrAAA\n\n").first, -1);
@@ -81,19 +82,23 @@ TEST(ReadSeqMolvane, EveryWarning) {
 
 TEST(ReadSeqMolvane, LengthsRuleNeedsOneMatchingText) {
   const struct {
-    const char* text;
+    std::string text;
+    const char* pRes;
     const char* sRes;
     const char* uRes;
     int hasSRes;
   } cases[] = {
-      {"PSEQ\nrAAAA\nSHHHH\nG-1-1**\n\n", "HHHH", "-1-1", 1},  // a longer text is cut
-      {"PSEQ\nrAAAA\nShh\nG-11-\n\n", "hhXX", "-11-", 1},      // a shorter one is completed
-      {"PSEQ\nrAAAA\nG12\n\n", "XXXX", "12--", 0},             // an absent structure matches
+      {"PSEQ\nrAAAA\nSHHHH\nG-1-1**\n\n", "AAAA", "HHHH", "-1-1", 1},  // a longer text is cut
+      {"PSEQ\nrAAAA\nShh\nG-11-\n\n", "AAAA", "hhXX", "-11-", 1},      // a shorter one is completed
+      {"PSEQ\nrAAAA\nG12\n\n", "AAAA", "XXXX", "12--", 0},             // an absent structure matches
+      // The line ends at the zero byte and its value still drops a character: the 'B'.
+      {"PSEQ\nrAB\0CD\nrcc\nSHHH\nG123\n\n"s, "ACC", "HHH", "123", 1},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     SeqRecord seq;
     ASSERT_EQ(read_into(seq, c.text), kQuiet);
+    EXPECT_EQ(seq.pRes, c.pRes);
     EXPECT_EQ(seq.sRes, c.sRes);
     EXPECT_EQ(seq.uRes, c.uRes);
     EXPECT_EQ(seq.hasSRes, c.hasSRes);

@@ -126,14 +126,13 @@ inline std::string encode_words(const std::string& plain, bool useDictionary = t
 
 inline bool is_digit(char ch) { return ch >= '0' && ch <= '9'; }
 
-// The number at pos when it is written as "%u" of a 16-bit number whose two
-// bytes are not zero (a zero byte would end the text); -1 otherwise.
+// The number at pos when it is written as "%u" of a 16-bit number; -1 otherwise.
 inline long codable_number(const std::string& text, std::size_t pos, std::size_t& end) {
   end = pos;
   while (end < text.size() && is_digit(text[end])) ++end;
   if (end == pos || end - pos > 5 || (text[pos] == '0' && end - pos > 1)) return -1;
   const long value = std::stol(text.substr(pos, end - pos));
-  if (value > 0xFFFF || (value >> 8) == 0 || (value & 0xFF) == 0) return -1;
+  if (value > 0xFFFF) return -1;
   return value;
 }
 

@@ -10,6 +10,7 @@
 #include "shell/text_input.hpp"
 #include "support/test_support.hpp"
 
+using namespace std::string_literals;
 using testsupport::stream_of;
 
 namespace {
@@ -109,6 +110,10 @@ TEST(PirCompReader, TextCodes) {
       {"after an expansion the '@' that was a code byte opens nothing", "@@A\xC1~\xE1\xE2~", "dna-directedA A", " a b"},
       {"a prefix at the very end stays as it is", "T~AC#", "T", "AC#"},
       {"number ranges", "pp \x01\x02\x03\x04, \xFF\xFF\x01\x01~", "pp258-772,65535-257", ""},
+      {"number ranges holding zero bytes", "pages \x00\x05\x00\x0C; \x01\x00\x02\x00~ \x00\x00\x00\x01"s,
+       "pages5-12;256-512", "0-1"},
+      {"0xFE before a zero byte vanishes with it", "a\xFE\x00"s + "b~c", "ab", "c"},
+      {"a zero byte left for the dictionary pass ends the text", "T~A#\x00x~y"s, "T", "A#"},
       // 0xFE 0xFE is a 0xFE byte, which the last pass reads as a space and '~'.
       {"escapes; 0xFE before anything else vanishes with it",
        std::string("a\xFE\xBF") + "b\xFE\xFE" + "c\xFE\x41" + "d~X", "a\nb ", "cd"},
@@ -207,6 +212,7 @@ TEST(PirCompReader, RealSequencesRoundTrip) {
   // The coding really uses dictionary codes and number ranges.
   const std::string coded = encode_text(plain_text(records[0]));
   EXPECT_TRUE(coded.find('@') != std::string::npos && coded.find(' ') != std::string::npos);
+  EXPECT_NE(coded.find('\0'), std::string::npos);  // the range "1-30" holds zero bytes
 
   std::vector<SeqRecord> read;
   ASSERT_EQ(read_all(file + "\n", read), (std::vector<int>{1, 1, 1, 1, 0}));
