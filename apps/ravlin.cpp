@@ -2,7 +2,7 @@
 #include <new>
 
 #include "shell/errors.hpp"
-#include "shell/run_setup.hpp"
+#include "run_setup.hpp"
 
 int main(int argc, char** argv) {
   // Texts grow with their input; running out of memory for one still ends

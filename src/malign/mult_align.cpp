@@ -10,9 +10,9 @@
 #include "align/penalties.hpp"
 #include "align/sum_matrix.hpp"
 #include "align/traceback.hpp"
-#include "malign/run_driver.hpp"
+#include "malign/alignment_views.hpp"
 #include "matrix/weight_matrix.hpp"
-#include "report/report.hpp"
+#include "report/report_sections.hpp"
 #include "shell/errors.hpp"
 #include "shell/limits.hpp"
 #include "shell/run_params.hpp"
@@ -198,7 +198,7 @@ void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int 
   mar.numSeqs = static_cast<std::int32_t>(slot) + 1;
 }
 
-void do_mult_align(std::span<const int> alignOrder) {
+void build_mult_align(std::span<const int> alignOrder) {
   mar.numSeqs = 0;
   mar.alignLen = 0;
   const int count = std::min(multAlignNum, static_cast<int>(alignOrder.size()));
@@ -224,6 +224,13 @@ void do_mult_align(std::span<const int> alignOrder) {
   }
 
   mar.pctHomol = scor_align_pct(wtMatrix, mar, mar.alignLen);
-  print_statistics(outfp, mar);
-  print_mult_align(outfp, mar, alignOrder.first(static_cast<std::size_t>(count)));
+}
+
+void do_mult_align(std::span<const int> alignOrder) {
+  build_mult_align(alignOrder);
+  const std::size_t count = std::min(static_cast<std::size_t>(std::max(multAlignNum, 0)), alignOrder.size());
+  if (count < 1) return;
+  const AlignmentView view = malign_view(mar, alignOrder.first(count), printOrderFlag, consensusPercent);
+  print_statistics(outfp, view);
+  print_mult_align(outfp, view, run_print_options());
 }

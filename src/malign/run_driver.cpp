@@ -11,14 +11,14 @@
 #include "malign/mult_align.hpp"
 #include "malign/ordering.hpp"
 #include "matrix/weight_matrix.hpp"
-#include "report/report.hpp"
+#include "malign/alignment_views.hpp"
+#include "report/report_sections.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
 #include "shell/limits.hpp"
 #include "shell/parms.hpp"
 #include "shell/run_params.hpp"
 
-std::FILE* outfp = nullptr;
 PctHomTable pctHomMatrix{};
 
 namespace {
@@ -184,6 +184,12 @@ void order_from_pairs(std::span<const AlignRecord> pairs, int n, std::span<int> 
   if (printOrderFlag == 0) set_seq_id_str(alignOrder);
 }
 
+void print_pairs(std::span<const AlignRecord> pairs, const PrintOptions& options) {
+  print_pairwise_head(outfp);
+  for (const AlignRecord& pair : pairs) print_pair_alignment(outfp, pair_view(pair), options);
+  std::fflush(outfp);
+}
+
 }  // namespace
 
 int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
@@ -215,7 +221,8 @@ int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
   prepare_wt_matrix();
   mar.seqs = checked_vector<AlignedSeq>(static_cast<std::size_t>(n), "init_ravlin");
   mar.numSeqs = 0;
-  print_report_header(outfp);
+  const PrintOptions options = run_print_options();
+  print_report_header(outfp, options);
   std::fflush(outfp);
 
   std::vector<AlignRecord> pairs;
@@ -224,9 +231,9 @@ int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
     if (!pairs.empty()) sort_align(pairs.data(), 0, static_cast<int>(pairs.size()) - 1, 1);
     order_from_pairs(pairs, n, alignOrder);
   }
-  if (printPairsFlag == 1) print_pairwise_section(outfp, pairs);
-  print_sequences_section(outfp, alignOrder);
-  if (printPctHomFlag == 1) print_pct_hom_section(outfp, alignOrder, pctHomMatrix);
+  if (printPairsFlag == 1) print_pairs(pairs, options);
+  print_sequences_section(outfp, print_order_rows(alignOrder, printOrderFlag));
+  if (printPctHomFlag == 1) print_pct_hom_section(outfp, align_order_rows(alignOrder), pctHomMatrix);
 
   std::printf("\nDoing Multiple Alignment");
   std::fflush(stdout);

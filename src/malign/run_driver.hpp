@@ -6,7 +6,6 @@
 
 #include "align/align_score.hpp"
 
-extern std::FILE* outfp;         // the open report
 extern PctHomTable pctHomMatrix;  // percent homology of every pair
 
 int ravlin_main(const std::string& parmsPath, const std::string& outPath);

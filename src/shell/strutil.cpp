@@ -71,3 +71,10 @@ int calc_align_strlen(const char* text, int* lead, int* end) {
   *end = last;
   return last - first;
 }
+
+std::string fit_text(std::string_view text, int n, char filler, const char* module) {
+  const std::size_t len = n > 0 ? static_cast<std::size_t>(n) : 0;
+  std::string fitted = checked_string(len, filler, module);
+  text.substr(0, len).copy(fitted.data(), len);
+  return fitted;
+}

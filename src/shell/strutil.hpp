@@ -1,9 +1,11 @@
 // Small routines over byte strings shared by the sequence readers and the
-// alignment engine. Blank (' ') is the gap character throughout. None of
-// them allocates; lengths are explicit where a text may hold no terminator.
+// alignment engine. Blank (' ') is the gap character throughout. Only
+// fit_text allocates; lengths are explicit where a text may hold no terminator.
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 void to_upper(const char* src, char* dst);
 int remove_blanks(const char* src, int len, char* dst);
@@ -15,3 +17,7 @@ void str_scan(char* text, int len, char from, char to);
 void chars_to_nums(int len, const char* chars, std::int32_t* codes);
 int string_match_num(const char* a, const char* b, int lenA, int lenB);
 int calc_align_strlen(const char* text, int* lead, int* end);
+
+// text cut or filled with filler to exactly n characters (none for n < 1).
+// Out of memory ends the run naming module.
+std::string fit_text(std::string_view text, int n, char filler, const char* module);

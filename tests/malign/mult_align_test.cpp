@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
-#include "malign/run_driver.hpp"
+#include "report/report_sections.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/run_params.hpp"

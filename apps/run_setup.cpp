@@ -1,4 +1,4 @@
-#include "shell/run_setup.hpp"
+#include "run_setup.hpp"
 
 #include <climits>
 #include <cstdlib>

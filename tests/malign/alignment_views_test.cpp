@@ -1,11 +1,13 @@
-// The report's line printers and sections, byte for byte. Whole sections are
-// kept as files under tests/golden/report.
-#include "report/report.hpp"
+// The report's line printers and sections over the run's views, byte for
+// byte. Whole sections are kept as files under tests/golden/report.
+#include "malign/alignment_views.hpp"
 
 #include <ctime>
 #include <functional>
 
 #include "matrix/weight_matrix.hpp"
+#include "report/line_printers.hpp"
+#include "report/report_sections.hpp"
 #include "seq/molvane_reader.hpp"
 #include "shell/run_params.hpp"
 #include "shell/text_input.hpp"
@@ -30,7 +32,7 @@ std::string printed(const std::function<void(std::FILE*)>& write) {
   return text;
 }
 
-class ReportTest : public testing::Test {
+class AlignmentViewsTest : public testing::Test {
  protected:
   void SetUp() override {
     for (SeqRecord& record : mySeq) record = SeqRecord{};
@@ -67,7 +69,7 @@ class ReportTest : public testing::Test {
   const std::vector<int> order{2, 0, 1};
 };
 
-TEST_F(ReportTest, LinePrinters) {
+TEST_F(AlignmentViewsTest, LinePrinters) {
   SeqRecord& p1 = put_seq(0, "P1");
   for (int k = 0; k < kResNumsLen; ++k) p1.resNums[static_cast<std::size_t>(k)] = 10 * k;
   put_seq(1, "LONGACCESSION1").resNums.clear();  // without a numbering table the count is the number
@@ -77,7 +79,10 @@ TEST_F(ReportTest, LinePrinters) {
   const auto res_line = [&](int seq, const char* text, int start, int len, int from) {
     return [=, &count](std::FILE* f) {
       count = from;
-      print_res_line(f, seq, text, start, len, &count);
+      ViewRow row;
+      row.id = mySeq[static_cast<std::size_t>(seq)].acc.value_or("");
+      row.resNums = mySeq[static_cast<std::size_t>(seq)].resNums;
+      print_res_line(f, row, text, start, len, &count, resLineLen);
     };
   };
   const struct {
@@ -97,7 +102,7 @@ TEST_F(ReportTest, LinePrinters) {
       {"structure", [](std::FILE* f) { print_struct_line(f, "xHh -B", 1, 5); }, lead("Struct") + "hh -b\n", 0},
       {"empty structure", [](std::FILE* f) { print_struct_line(f, "HH", 0, 0); }, lead("Struct"), 0},
       {"Molvane entry", [&](std::FILE* f) { print_seq_lumark(f, lumark); }, "PSEQ\nAX1\nrABC\nG---\n\n", 0},
-      {"divider, last as it sets the line length", [](std::FILE* f) { resLineLen = 3, print_divide(f, '-'); },
+      {"divider, last as it sets the line length", [](std::FILE* f) { print_divide(f, '-', 3); },
        "\n" + std::string(33, '-') + "\n\n", 0},
   };
   for (const auto& c : cases) {
@@ -108,7 +113,7 @@ TEST_F(ReportTest, LinePrinters) {
   }
 }
 
-TEST_F(ReportTest, DefaultIdsComeFromTheOrder) {
+TEST_F(AlignmentViewsTest, DefaultIdsComeFromTheOrder) {
   mySeq[2].acc = "KEEP";
   multAlignNum = 5;
   set_seq_id_str(std::vector<int>{2, 0, 1, 98, 99});
@@ -117,7 +122,7 @@ TEST_F(ReportTest, DefaultIdsComeFromTheOrder) {
   EXPECT_EQ(mySeq[5].acc, std::nullopt);  // only the records read get an id
 }
 
-TEST_F(ReportTest, MalignIndexAndDate) {
+TEST_F(AlignmentViewsTest, MalignIndexAndDate) {
   EXPECT_EQ((std::vector{get_malign_index(order, 2, 0), get_malign_index(order, 0, 1), get_malign_index(order, 2, 1)}),
             (std::vector{2, 1, 0}));
   EXPECT_FATAL_OUTPUT(get_malign_index(order, 5, 1),
@@ -132,45 +137,52 @@ TEST_F(ReportTest, MalignIndexAndDate) {
   EXPECT_TRUE(date == before || date == after) << date;
 }
 
-TEST_F(ReportTest, Header) {
+TEST_F(AlignmentViewsTest, Header) {
   gapPen = 10, structBias = -5, gapSizePen = 2, incGapPen = 0, midStructPen = 100, endStructPen = 50;
   nearMatchScore = 3, blankMatch = 0, consensusPercent = 75, printPctHomFlag = 1, printOrderFlag = 1;
   wtMatFname = "weights/ravlin.wts";
-  EXPECT_EQ(testsupport::mask_date(printed(print_report_header)), golden("header"));
+  EXPECT_EQ(testsupport::mask_date(printed([](std::FILE* f) { print_report_header(f, run_print_options()); })),
+            golden("header"));
 }
 
-TEST_F(ReportTest, PairwiseSection) {
+TEST_F(AlignmentViewsTest, PairwiseSection) {
   put_seq(0, "Q0", "zero");
   put_seq(1, "Q1", std::nullopt, 1);
   wtMatrix[('C' - 'A') * 32 + ('S' - 'A')] = 3;  // near match, only in this orientation
   wtMatrix[('D' - 'A') * 32 + ('E' - 'A')] = 1;  // below nearMatchScore
   const AlignRecord pair{2, 7, 1, 7, 57.5, 67.5, {{1, "ACDaK G", "HH- CT ", ""}, {0, "ASEaK G", "", ""}}};
-  const std::vector<AlignRecord> pairs{pair, pair};  // the counters restart for each pair
-  EXPECT_EQ(printed([&](std::FILE* f) { print_pairwise_section(f, pairs); }), golden("pairwise"));
+  // The counters restart for each pair.
+  const auto section = [&](std::FILE* f) {
+    print_pairwise_head(f);
+    for (int k = 0; k < 2; ++k) print_pair_alignment(f, pair_view(pair), run_print_options());
+  };
+  EXPECT_EQ(printed(section), golden("pairwise"));
   resLineLen = 0;
-  EXPECT_EQ(printed([&](std::FILE* f) { print_pairwise_section(f, pairs); }).find("Match"), std::string::npos);
+  EXPECT_EQ(printed(section).find("Match"), std::string::npos);
 }
 
-TEST_F(ReportTest, SequencesAndHomologyTables) {
+TEST_F(AlignmentViewsTest, SequencesAndHomologyTables) {
   put_seq(0, "A0", "t0");
   put_seq(1, "LONGACCESSION1", "t1");
   put_seq(2, "");
   multAlignNum = 3;
-  EXPECT_EQ(printed([&](std::FILE* f) { print_sequences_section(f, order); }), golden("sequences_alignment_order"));
+  EXPECT_EQ(printed([&](std::FILE* f) { print_sequences_section(f, print_order_rows(order, printOrderFlag)); }),
+            golden("sequences_alignment_order"));
   printOrderFlag = 1;
-  EXPECT_EQ(printed([&](std::FILE* f) { print_sequences_section(f, order); }), golden("sequences_input_order"));
+  EXPECT_EQ(printed([&](std::FILE* f) { print_sequences_section(f, print_order_rows(order, printOrderFlag)); }),
+            golden("sequences_input_order"));
 
   // Follows the alignment order whatever printOrderFlag says.
   mySeq[1].acc = "A1", mySeq[2].acc = "A2";
   auto pct = std::make_unique<PctHomTable>();
   (*pct)[2][0] = 12.5, (*pct)[0][2] = 21.0, (*pct)[2][1] = 7.25, (*pct)[1][2] = 3.0, (*pct)[0][1] = 50.0;
   (*pct)[1][0] = 60.0, (*pct)[2][2] = 55.0;
-  EXPECT_EQ(printed([&](std::FILE* f) { print_pct_hom_section(f, order, *pct); }), golden("pct_hom"));
+  EXPECT_EQ(printed([&](std::FILE* f) { print_pct_hom_section(f, align_order_rows(order), *pct); }), golden("pct_hom"));
 }
 
-TEST_F(ReportTest, Statistics) {
+TEST_F(AlignmentViewsTest, Statistics) {
   AlignRecord malign{3, 12, 3, 10, 45.678, 0.0, {}};
-  const auto print = [&] { return printed([&](std::FILE* f) { print_statistics(f, malign); }); };
+  const auto print = [&] { return printed([&](std::FILE* f) { print_statistics(f, malign_view(malign, order, 0, 0)); }); };
   const std::string head = "\nStatistics\n**********\n\n   Total length for the multiple alignment: 12\n";
   const std::string tail = "\n   Percent Sequence Homology in overlap region: 45.68   \n\n";
   EXPECT_EQ(print(), head + "   Region where sequences overlap: 3 - 10 (length = 8)" + tail);
@@ -180,9 +192,13 @@ TEST_F(ReportTest, Statistics) {
 
 // Consensus 0: a letter everywhere, 'Z' over blank columns, ties to the later
 // letter; 100: a letter only where every member has it.
-TEST_F(ReportTest, MultipleAlignmentBlocksAndConsensus) {
+TEST_F(AlignmentViewsTest, MultipleAlignmentBlocksAndConsensus) {
   const AlignRecord malign = three_members();
-  const auto print = [&] { return printed([&](std::FILE* f) { print_mult_align(f, malign, order); }); };
+  const auto print = [&] {
+    return printed([&](std::FILE* f) {
+      print_mult_align(f, malign_view(malign, order, printOrderFlag, consensusPercent), run_print_options());
+    });
+  };
   resLineLen = 4;
   EXPECT_EQ(print(), golden("mult_align_consensus_0"));
   consensusPercent = 100;
@@ -198,12 +214,14 @@ TEST_F(ReportTest, MultipleAlignmentBlocksAndConsensus) {
   EXPECT_EQ(print(), golden("mult_align_molvane"));
 }
 
-TEST_F(ReportTest, MolvaneLayoutReadsBackAsGappedSequences) {
+TEST_F(AlignmentViewsTest, MolvaneLayoutReadsBackAsGappedSequences) {
   AlignRecord malign = three_members();
   malign.seqs[0].aRes = "ac  g ";  // lower case and a trailing gap column
   printFormat = 1;
   UniqueFile in(std::tmpfile());
-  std::fputs(printed([&](std::FILE* f) { print_mult_align(f, malign, order); }).c_str(), in.get());
+  std::fputs(printed([&](std::FILE* f) { print_mult_align(f, malign_view(malign, order, 0, 0), run_print_options()); })
+                 .c_str(),
+             in.get());
   std::rewind(in.get());
   const char* const titles[] = {"two", "", "one"};
   const char* const residues[] = {"AC  G ", "AD  GY", "CD  GW"};  // blanks read back as residues
