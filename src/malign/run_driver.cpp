@@ -10,6 +10,7 @@
 #include "align/pair_align.hpp"
 #include "malign/mult_align.hpp"
 #include "malign/ordering.hpp"
+#include "matrix/weight_file.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "malign/alignment_views.hpp"
 #include "report/report_sections.hpp"
@@ -80,27 +81,28 @@ const IntKey* find_int_key(std::span<const IntKey> keys, const std::string& word
   return nullptr;
 }
 
-void read_weight_file(std::FILE* weights, FoundFlags& found) {
-  const std::array<IntKey, 6> intKeys = {{{kGapPenKey, 0, 500, &gapPen},
-                                          {kGapPenSize, 0, 50, &gapSizePen},
-                                          {kNearMatch, -50, 50, &nearMatchScore},
-                                          {kBlankMatch, 0, 500, &blankMatch},
-                                          {kMidGapPen, 0, 500, &midStructPen},
-                                          {kEndGapPen, 0, 500, &endStructPen}}};
-  std::string word;
-  while (read_parm_key(weights, "KEY", 3, word) == 1) {
-    if (word == kKeyNames[kWtPmat]) {
-      found[kWtPmat] = read_matrix_file(weights, wtMatrix);
-    } else if (word == kKeyNames[kWtSmat]) {
-      found[kWtSmat] = read_matrix_file(weights, ssMatrix);
-    } else if (const IntKey* key = find_int_key(intKeys, word)) {
-      found[key->id] = read_parm_int(weights, key->target, key->min, key->max, word);
-    }
-  }
+// The weight file's keys come first in the run's key list, from kWtPmat on.
+void read_run_weights(std::FILE* weights, WeightSettings& settings, FoundFlags& found) {
+  WeightKeysFound weightFound{};
+  for (int k = 0; k < kWeightKeyCount; ++k) weightFound[k] = found[kWtPmat + k];
+  read_weight_file(weights, settings, weightFound);
+  for (int k = 0; k < kWeightKeyCount; ++k) found[kWtPmat + k] = weightFound[k];
+}
+
+void set_weight_globals(const WeightSettings& settings) {
+  wtMatrix = settings.residues;
+  ssMatrix = settings.structure;
+  gapPen = settings.gapPen;
+  gapSizePen = settings.gapSizePen;
+  midStructPen = settings.midStructPen;
+  endStructPen = settings.endStructPen;
+  nearMatchScore = settings.nearMatchScore;
+  blankMatch = settings.blankMatch;
 }
 
 void read_run_parms(std::FILE* parms, RunInputs& inputs, FoundFlags& found) {
-  const std::array<IntKey, 11> intKeys = {{{kDataFormat, 1, 5, &inputs.dataFormat},
+  WeightSettings weightSettings;
+  const std::array<IntKey, 11> intKeys = {{{kDataFormat, 1, highest_parameter_format(), &inputs.dataFormat},
                                            {kSeqSelect, 1, kSeqSelectMax, &inputs.seqSelect},
                                            {kStructBias, -100, 100, &structBias},
                                            {kIncGapPen, 0, 100, &incGapPen},
@@ -119,12 +121,13 @@ void read_run_parms(std::FILE* parms, RunInputs& inputs, FoundFlags& found) {
       // The weight file is read whole at once, then closed.
       UniqueFile weights = read_parm_fname2(parms, wtMatFname, word);
       found[kScorMatrix] = weights ? 1 : 0;
-      if (weights) read_weight_file(weights.get(), found);
+      if (weights) read_run_weights(weights.get(), weightSettings, found);
     } else if (const IntKey* key = find_int_key(intKeys, word)) {
       found[key->id] = read_parm_int(parms, key->target, key->min, key->max, word);
       if (key->id == kSeqSelect) mSeqSelect = inputs.seqSelect - 1;
     }
   }
+  set_weight_globals(weightSettings);
 }
 
 bool counts_as_missing(KeyId id) {

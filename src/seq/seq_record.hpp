@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "seq/formats.hpp"
 #include "shell/limits.hpp"
 
 // One sequence. pRes, sRes and uRes are position-aligned and are read by
@@ -27,23 +28,10 @@ struct SeqRecord {
   std::vector<std::int32_t> resNums;  // empty when absent, else kResNumsLen entries
 };
 
-// Data format codes.
-inline constexpr int kFormatPir = 1;
-inline constexpr int kFormatSprot = 2;
-inline constexpr int kFormatMolvane = 3;
-inline constexpr int kFormatPirComp = 4;
-inline constexpr int kFormatText = 5;
-inline constexpr int kFormatKeyboard = 6;
-
-// Reader rejections of an entry's residues; the reading loops treat them as
-// the end of the input.
-inline constexpr int kReadBadResidue = -20;
-inline constexpr int kReadTooMany = -30;
-inline constexpr int kReadTooFew = -40;
-
 extern std::vector<SeqRecord> mySeq;  // kMaxSeqs records, all empty at start
 extern int multAlignNum;
 
+// Reads one entry of format (codes and results: seq/formats.hpp).
 int read_seq(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes);
 int mread_seq(std::FILE* input, std::FILE* output, std::span<SeqRecord> records, int& count, int maxSeqs,
               int format, int minRes, int maxRes);

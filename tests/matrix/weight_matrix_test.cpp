@@ -1,3 +1,4 @@
+#include "matrix/weight_file.hpp"
 #include "matrix/weight_matrix.hpp"
 
 #include <map>
@@ -112,28 +113,13 @@ TEST(ReadMatrixFile, LineAfterLastRowIsSwallowed) {
 TEST(ShippedWeightFile, LoadsThroughTheKeyLoop) {
   auto stream = open_file(testsupport::source_path("data/ravlin.wts").string(), "r");
   ASSERT_TRUE(stream);
-  // Key bounds as the run driver checks them.
-  const std::map<std::string, std::pair<int, int>> scalarBounds = {
-      {"KEY:GAP_PEN", {0, 500}},     {"KEY:GAP_PEN_SIZE", {0, 50}}, {"KEY:MID_GAP_PEN", {0, 500}},
-      {"KEY:END_GAP_PEN", {0, 500}}, {"KEY:NEAR_MATCH", {-50, 50}}, {"KEY:BLANK_MATCH", {0, 500}}};
-  std::map<std::string, int> found;
-  ScoreTable residues{};
-  ScoreTable structures{};
-  std::string key;
-  while (read_parm_key(stream.get(), "KEY", 3, key) == 1) {
-    if (key == "KEY:WT_PMAT" || key == "KEY:WT_SMAT") {
-      found[key] = read_matrix_file(stream.get(), key == "KEY:WT_PMAT" ? residues : structures);
-      continue;
-    }
-    const auto bounds = scalarBounds.find(key);
-    ASSERT_NE(bounds, scalarBounds.end()) << key;
-    int value = 0;
-    ASSERT_EQ(read_parm_int(stream.get(), &value, bounds->second.first, bounds->second.second, key), 1);
-    found[key] = value;
-  }
-  EXPECT_EQ(found.size(), 8u);
-  for (const auto& [name, bounds] : scalarBounds) EXPECT_TRUE(found.count(name)) << name;
-  EXPECT_GT(found["KEY:MID_GAP_PEN"], found["KEY:END_GAP_PEN"]);
+  WeightSettings settings;
+  WeightKeysFound found{};
+  read_weight_file(stream.get(), settings, found);
+  for (int k = 0; k < kWeightKeyCount; ++k) EXPECT_EQ(found[k], 1) << kWeightKeyNames[k];
+  EXPECT_GT(settings.midStructPen, settings.endStructPen);
+  const ScoreTable& residues = settings.residues;
+  const ScoreTable& structures = settings.structure;
 
   // BLOSUM62 as published, both tables symmetric.
   expect_cells(residues, "AA4 WW11 CC9 WF1 IV3 DL-4 BD4 ZE4 XX-1 PF-4 JA0");
