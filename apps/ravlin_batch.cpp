@@ -1,7 +1,6 @@
 // ravlin-batch: runs one alignment job from a complete parameter file, with
 // no menus, for scripts and pipelines.
 #include <cstdio>
-#include <new>
 
 #include "malign/run_driver.hpp"
 #include "shell/errors.hpp"
@@ -44,9 +43,5 @@ int main(int argc, char** argv) {
   }
   // Texts grow with their input; running out of memory for one still ends
   // the run with the out-of-memory frame rather than an abort.
-  try {
-    return ravlin_main(argv[1], argv[2]);
-  } catch (const std::bad_alloc&) {
-    out_of_memory("main");
-  }
+  return checked_alloc("main", [&] { return ravlin_main(argv[1], argv[2]); });
 }

@@ -158,11 +158,8 @@ void set_seq_id_str(std::span<const int> alignOrder) {
     SeqRecord& record = mySeq[static_cast<std::size_t>(i)];
     if (record.acc) continue;
     const int number = alignOrder[static_cast<std::size_t>(i)] + 1;
-    try {
-      record.acc = format_text(number < kBigIdFrom ? "Seq_%d" : "Seq%d", number);
-    } catch (const std::bad_alloc&) {
-      out_of_memory("set_seq_id_str:acc");
-    }
+    record.acc = checked_alloc("set_seq_id_str:acc",
+                               [number] { return format_text(number < kBigIdFrom ? "Seq_%d" : "Seq%d", number); });
   }
 }
 

@@ -18,14 +18,6 @@ constexpr int kMinScore = -50;
 constexpr int kMaxScore = 50;
 constexpr int kLetters = 26;
 
-// One bounded line read, seen as the C text it would be: a NUL byte ends it.
-bool read_text_line(std::FILE* stream, std::string& line) {
-  if (!read_line(stream, line, kLineRead)) return false;
-  const auto nul = line.find('\0');
-  if (nul != std::string::npos) line.resize(nul);
-  return true;
-}
-
 // The first whitespace-delimited token of a line, empty when there is none.
 std::string first_token(const std::string& line) {
   std::size_t start = 0;
@@ -55,22 +47,10 @@ std::vector<Token> split_at_blanks(const std::string& line) {
   return tokens;
 }
 
-// A decimal integer scan of a token: leading white space, an optional sign,
-// at least one digit. Magnitudes beyond int saturate, which the score bounds
-// reject anyway.
+// A decimal integer scan of a token.
 bool scan_int(const std::string& token, int& value) {
   std::size_t pos = 0;
-  while (pos < token.size() && std::isspace(static_cast<unsigned char>(token[pos]))) ++pos;
-  bool negative = false;
-  if (pos < token.size() && (token[pos] == '+' || token[pos] == '-')) negative = token[pos++] == '-';
-  if (pos == token.size() || !std::isdigit(static_cast<unsigned char>(token[pos]))) return false;
-  long long magnitude = 0;
-  for (; pos < token.size() && std::isdigit(static_cast<unsigned char>(token[pos])); ++pos) {
-    if (magnitude <= INT_MAX) magnitude = magnitude * 10 + (token[pos] - '0');
-  }
-  const long long signedValue = negative ? -magnitude : magnitude;
-  value = static_cast<int>(signedValue < INT_MIN ? INT_MIN : (signedValue > INT_MAX ? INT_MAX : signedValue));
-  return true;
+  return ::scan_int(std::string_view(token), pos, value);
 }
 
 // The number of codes: a word scan converted as atoi would.
@@ -86,7 +66,7 @@ int read_code_count(std::FILE* stream) {
 // serves the human reader. The line buffer keeps the label line.
 void skip_to_label_line(std::FILE* stream, std::string& lineBuf) {
   std::string line;
-  while (read_text_line(stream, line)) {
+  while (read_text_line(stream, line, kLineRead)) {
     lineBuf = line;
     const std::string token = first_token(line);
     if (token.empty() || token[0] == '#') continue;
@@ -140,7 +120,7 @@ int read_matrix_file(std::FILE* stream, ScoreTable& matrix) {
   std::vector<int> labels(static_cast<std::size_t>(count), 0);
   int lastValue = 0;
   std::string line;
-  bool atEof = !read_text_line(stream, line);
+  bool atEof = !read_text_line(stream, line, kLineRead);
   for (int r = 0; r < count; ++r) {
     if (atEof) fatal_err(kModule, "Unexpected EOF at: %s, count = %d", lineBuf.c_str(), r);
     lineBuf = line;
@@ -149,7 +129,7 @@ int read_matrix_file(std::FILE* stream, ScoreTable& matrix) {
     read_row_scores(line, tokens, labels, r, lastValue, matrix);
     lineBuf.resize(tokens[0].start + tokens[0].length);
     // Also after the last row: the line that follows a section is dropped.
-    atEof = !read_text_line(stream, line);
+    atEof = !read_text_line(stream, line, kLineRead);
   }
   return 1;
 }

@@ -17,11 +17,7 @@ void print_consensus_line(std::FILE* stream, const std::string& consensus, int s
 }
 
 std::string copy_text(const std::string& text, const char* module) {
-  try {
-    return text;
-  } catch (const std::bad_alloc&) {
-    out_of_memory(module);
-  }
+  return checked_alloc(module, [&] { return text; });
 }
 
 }  // namespace

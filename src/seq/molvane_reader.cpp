@@ -37,15 +37,6 @@ bool is_start_line(const std::string& line) {
   return words == 1 && first == "PSEQ";
 }
 
-// A line read ends at its first zero byte, as all text does; the characters
-// behind it still count against the read's length.
-bool read_text_line(std::FILE* stream, std::string& line, int maxChars) {
-  if (!read_line(stream, line, maxChars)) return false;
-  const std::size_t end = line.find('\0');
-  if (end != std::string::npos) line.resize(end);
-  return true;
-}
-
 bool find_entry_start(std::FILE* stream) {
   std::string line;
   while (read_text_line(stream, line, kLineRead))
@@ -65,13 +56,7 @@ std::string tag_value(const std::string& line, const char* module) {
 
 // The texts grow with the entry rather than stopping at a fixed size.
 void append_text(std::string& text, const std::string& value, const char* module) {
-  try {
-    text += value;
-  } catch (const std::bad_alloc&) {
-    out_of_memory(module);
-  } catch (const std::length_error&) {
-    out_of_memory(module);
-  }
+  checked_alloc(module, [&] { text += value; });
 }
 
 enum class LineKind { kMore, kEnd, kUnknown };

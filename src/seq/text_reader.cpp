@@ -30,13 +30,6 @@ struct EntryData {
   long long numAnc = 0;
 };
 
-// The text as a C string would see it: bytes behind a zero byte are not part of it.
-std::string as_c_text(std::string text) {
-  const auto zero = text.find('\0');
-  if (zero != std::string::npos) text.resize(zero);
-  return text;
-}
-
 bool skip_to_entry(std::FILE* input) {
   int ch;
   while ((ch = std::fgetc(input)) != EOF)
@@ -69,29 +62,18 @@ std::string read_seq_title(const std::string& header) {
   return title;
 }
 
-// One "%d" conversion: blanks, an optional sign, digits. Values beyond an int
-// are held at its bounds.
-bool scan_int(std::string_view text, std::size_t& pos, long long& value) {
-  while (pos < text.size() && std::isspace(static_cast<unsigned char>(text[pos]))) ++pos;
-  bool negative = false;
-  if (pos < text.size() && (text[pos] == '+' || text[pos] == '-')) negative = text[pos++] == '-';
-  if (pos >= text.size() || !std::isdigit(static_cast<unsigned char>(text[pos]))) return false;
-  value = 0;
-  for (; pos < text.size() && std::isdigit(static_cast<unsigned char>(text[pos])); ++pos)
-    if (value <= INT_MAX) value = value * 10 + (text[pos] - '0');
-  if (negative) value = -value;
-  if (value > INT_MAX) value = INT_MAX;
-  if (value < INT_MIN) value = INT_MIN;
-  return true;
-}
-
 // Matches piece against "%d-%d]": the closing bracket is not needed.
 bool scan_range(std::string_view piece, long long& first, long long& last) {
   std::size_t pos = 0;
-  if (!scan_int(piece, pos, first)) return false;
+  int from = 0;
+  int to = 0;
+  if (!scan_int(piece, pos, from)) return false;
+  first = from;
   if (pos >= piece.size() || piece[pos] != '-') return false;
   ++pos;
-  return scan_int(piece, pos, last);
+  if (!scan_int(piece, pos, to)) return false;
+  last = to;
+  return true;
 }
 
 // Entry k holds k unless the header's ranges number the residues otherwise;

@@ -88,11 +88,5 @@ void warn_err(const char* module, const char* format, ...) {
 }
 
 std::string checked_string(std::size_t count, char fill, const char* module) {
-  try {
-    return std::string(count, fill);
-  } catch (const std::bad_alloc&) {
-    out_of_memory(module);
-  } catch (const std::length_error&) {
-    out_of_memory(module);
-  }
+  return checked_alloc(module, [&] { return std::string(count, fill); });
 }

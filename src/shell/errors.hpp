@@ -32,17 +32,23 @@ void warn_err(const char* module, const char* format, ...) __attribute__((format
 // Ends the process as emalloc does when memory is exhausted.
 [[noreturn]] void out_of_memory(const char* module);
 
-// A zero-filled (value-initialised) vector whose allocation failure ends the
-// run with the out-of-memory frame naming module.
-template <class T>
-std::vector<T> checked_vector(std::size_t count, const char* module) {
+// Runs make() and returns what it returns; running out of memory on the way
+// ends the run with the out-of-memory frame naming module.
+template <class Make>
+decltype(auto) checked_alloc(const char* module, Make&& make) {
   try {
-    return std::vector<T>(count);
+    return make();
   } catch (const std::bad_alloc&) {
     out_of_memory(module);
   } catch (const std::length_error&) {
     out_of_memory(module);
   }
+}
+
+// A zero-filled (value-initialised) vector, allocated under checked_alloc.
+template <class T>
+std::vector<T> checked_vector(std::size_t count, const char* module) {
+  return checked_alloc(module, [count] { return std::vector<T>(count); });
 }
 
 // A text of count copies of fill, with the same failure handling.

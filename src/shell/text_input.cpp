@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <climits>
+#include <utility>
 
 #include "shell/limits.hpp"
 
@@ -33,6 +34,18 @@ bool read_line(std::FILE* stream, std::string& line, int maxChars) {
   return !line.empty();
 }
 
+std::string as_c_text(std::string text) {
+  const auto zero = text.find('\0');
+  if (zero != std::string::npos) text.resize(zero);
+  return text;
+}
+
+bool read_text_line(std::FILE* stream, std::string& line, int maxChars) {
+  if (!read_line(stream, line, maxChars)) return false;
+  line = as_c_text(std::move(line));
+  return true;
+}
+
 void skip_line(std::FILE* stream, int maxChars) {
   for (int count = 0; count < maxChars; ++count) {
     const int ch = std::fgetc(stream);
@@ -49,6 +62,28 @@ bool find_keyword(std::FILE* stream, const char* keyword) {
   return false;
 }
 
+namespace {
+
+constexpr long long kDigitCap = 1LL << 40;  // past any int; digits beyond it change nothing
+
+int held_in_int(long long value) {
+  return static_cast<int>(value > INT_MAX ? INT_MAX : (value < INT_MIN ? INT_MIN : value));
+}
+
+}  // namespace
+
+bool scan_int(std::string_view text, std::size_t& pos, int& value) {
+  while (pos < text.size() && std::isspace(static_cast<unsigned char>(text[pos]))) ++pos;
+  bool negative = false;
+  if (pos < text.size() && (text[pos] == '+' || text[pos] == '-')) negative = text[pos++] == '-';
+  if (pos >= text.size() || !std::isdigit(static_cast<unsigned char>(text[pos]))) return false;
+  long long magnitude = 0;
+  for (; pos < text.size() && std::isdigit(static_cast<unsigned char>(text[pos])); ++pos)
+    if (magnitude < kDigitCap) magnitude = magnitude * 10 + (text[pos] - '0');
+  value = held_in_int(negative ? -magnitude : magnitude);
+  return true;
+}
+
 bool scan_int(std::FILE* stream, int& value) {
   int ch = std::fgetc(stream);
   while (ch != EOF && std::isspace(ch)) ch = std::fgetc(stream);
@@ -58,12 +93,10 @@ bool scan_int(std::FILE* stream, int& value) {
     if (ch != EOF) std::ungetc(ch, stream);
     return false;
   }
-  constexpr long long kCap = 1LL << 40;  // past any int; digits beyond it change nothing
   long long magnitude = 0;
   for (; ch != EOF && std::isdigit(ch); ch = std::fgetc(stream))
-    if (magnitude < kCap) magnitude = magnitude * 10 + (ch - '0');
+    if (magnitude < kDigitCap) magnitude = magnitude * 10 + (ch - '0');
   if (ch != EOF) std::ungetc(ch, stream);
-  const long long signedValue = negative ? -magnitude : magnitude;
-  value = static_cast<int>(signedValue > INT_MAX ? INT_MAX : (signedValue < INT_MIN ? INT_MIN : signedValue));
+  value = held_in_int(negative ? -magnitude : magnitude);
   return true;
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 
 struct FileCloser {
   void operator()(std::FILE* stream) const {
@@ -25,11 +26,20 @@ bool read_word(std::FILE* stream, std::string& word);
 // optional sign, digits); a number too large for an int is held at the
 // nearest limit. False when no digit comes.
 bool scan_int(std::FILE* stream, int& value);
+// The same conversion of text from pos on; pos moves past what was read.
+bool scan_int(std::string_view text, std::size_t& pos, int& value);
 
 // Reads as an fgets into a buffer of maxChars + 1 bytes does: up to maxChars
 // characters, stopping after a newline (which is kept). Returns false at end
 // of input before any character.
 bool read_line(std::FILE* stream, std::string& line, int maxChars);
+
+// text as a C string sees it: nothing behind its first zero byte.
+std::string as_c_text(std::string text);
+
+// read_line, then the line as a C string sees it: a zero byte ends it, while
+// the characters behind it still count against the read's length.
+bool read_text_line(std::FILE* stream, std::string& line, int maxChars);
 
 // Reads words until one is exactly keyword; every other word costs the rest of
 // its line (a bounded skip of kLineRead characters). False when the input ends first.
