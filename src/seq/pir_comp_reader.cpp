@@ -195,11 +195,10 @@ unsigned read_count_byte(TextCursor& cursor) {
 
 // The reference items and the trailing number are parsed only to walk the
 // record's layout; nothing of them is kept.
-void skip_references(TextCursor& cursor, int count) {
+void skip_references(TextCursor& cursor) {
   const unsigned items = read_count_byte(cursor);
   for (unsigned item = 1; item < items; ++item) {
-    std::string range = read_field(cursor);
-    if (range == "A") range = format_text("1-%i", count);
+    read_field(cursor);  // the item's residue range
     read_field(cursor);
   }
   char* end = nullptr;
@@ -213,7 +212,7 @@ struct RecordTexts {
 };
 
 // Decodes the record text and splits off the title and accession code.
-std::optional<RecordTexts> decode_record_text(const std::string& raw, int count) {
+std::optional<RecordTexts> decode_record_text(const std::string& raw) {
   const std::optional<std::string> ranged = expand_ranges(decode_escapes(raw));
   if (!ranged) return std::nullopt;
   const std::optional<std::string> decoded = expand_codes(*ranged);
@@ -228,7 +227,7 @@ std::optional<RecordTexts> decode_record_text(const std::string& raw, int count)
   texts.acc = read_field(cursor);
   read_field(cursor);
   read_field(cursor);
-  skip_references(cursor, count);
+  skip_references(cursor);
   return texts;
 }
 
@@ -254,7 +253,7 @@ int read_seq_pir_comp(std::FILE* stream, SeqRecord& seq) {
   if (header.count < 0) return 0;
   std::optional<std::string> residues = unpack_residues(packed, header.count);
   if (!residues) return 0;
-  std::optional<RecordTexts> texts = decode_record_text(raw, header.count);
+  std::optional<RecordTexts> texts = decode_record_text(raw);
   if (!texts) return 0;
 
   seq.title = std::move(texts->title);

@@ -146,29 +146,22 @@ int read_seq_data(std::FILE* input, EntryData& data, int maxRes) {
   return ch;
 }
 
-void store_seq_data(const EntryData& data, SeqRecord& record, int minRes) {
+void store_seq_data(EntryData& data, SeqRecord& record, int minRes) {
   const auto numRes = static_cast<std::size_t>(data.numRes);
-  std::string uBuf = checked_string(numRes, '-', "store_seq_data: uBuf");
-  std::string pBuf = checked_string(numRes, ' ', "store_seq_data: pRes");
-  std::string sBuf = checked_string(numRes, 'X', "store_seq_data: sRes");
   record.hasSRes = 0;
   record.hasURes = 0;
   record.numRes = static_cast<std::int32_t>(data.numRes);
   if (data.numRes < minRes) fatal_err("store_seq_data", "Sequence has < %d amino acids.", minRes);
-  pBuf = data.res;
-  if (data.numStr != 0) {
-    if (data.numStr != data.numRes) fatal_err("store_seq_data", "Primary/secondary structures do not line up.");
-    sBuf = data.str;
-    record.hasSRes = 1;
-  }
-  if (data.numAnc != 0) {
-    if (data.numAnc != data.numRes) fatal_err("store_seq_data", "Primary/anchor symbols do not line up.");
-    uBuf = data.anc;
-    record.hasURes = 1;
-  }
-  record.pRes = std::move(pBuf);
-  record.sRes = std::move(sBuf);
-  record.uRes = std::move(uBuf);
+  if (data.numStr != 0 && data.numStr != data.numRes)
+    fatal_err("store_seq_data", "Primary/secondary structures do not line up.");
+  if (data.numAnc != 0 && data.numAnc != data.numRes)
+    fatal_err("store_seq_data", "Primary/anchor symbols do not line up.");
+  // Without structure or anchor lines the fillers stand in.
+  record.pRes = std::move(data.res);
+  record.sRes = data.numStr != 0 ? std::move(data.str) : checked_string(numRes, 'X', "store_seq_data: sRes");
+  record.uRes = data.numAnc != 0 ? std::move(data.anc) : checked_string(numRes, '-', "store_seq_data: uBuf");
+  record.hasSRes = data.numStr != 0 ? 1 : 0;
+  record.hasURes = data.numAnc != 0 ? 1 : 0;
 }
 
 }  // namespace
