@@ -1,6 +1,6 @@
 // ravlin: interactive multiple alignment of protein sequences.
-#include "shell/errors.hpp"
 #include "run_setup.hpp"
+#include "shell/errors.hpp"
 
 int main(int argc, char** argv) {
   // Texts grow with their input; running out of memory for one still ends

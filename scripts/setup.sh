@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # Installs what ravlin needs to build and test, when it is missing:
-# a C++20 compiler, CMake, GoogleTest and (optional) Google Benchmark.
+# a C++20 compiler (g++, and clang++ for the second test build), CMake,
+# clang-format, GoogleTest and (optional) Google Benchmark.
 set -euo pipefail
 
 missing=()
 command -v g++ >/dev/null 2>&1 || missing+=(g++)
 command -v cmake >/dev/null 2>&1 || missing+=(cmake)
+command -v clang++ >/dev/null 2>&1 || missing+=(clang)
+command -v clang-format >/dev/null 2>&1 || missing+=(clang-format)
 [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev)

@@ -14,11 +14,11 @@ struct IntKey {
 };
 
 constexpr std::array<IntKey, 6> kIntKeys = {{{kWeightGapPen, 0, 500, &WeightSettings::gapPen},
-                                              {kWeightGapSize, 0, 50, &WeightSettings::gapSizePen},
-                                              {kWeightNearMatch, -50, 50, &WeightSettings::nearMatchScore},
-                                              {kWeightBlankMatch, 0, 500, &WeightSettings::blankMatch},
-                                              {kWeightMidStruct, 0, 500, &WeightSettings::midStructPen},
-                                              {kWeightEndStruct, 0, 500, &WeightSettings::endStructPen}}};
+                                             {kWeightGapSize, 0, 50, &WeightSettings::gapSizePen},
+                                             {kWeightNearMatch, -50, 50, &WeightSettings::nearMatchScore},
+                                             {kWeightBlankMatch, 0, 500, &WeightSettings::blankMatch},
+                                             {kWeightMidStruct, 0, 500, &WeightSettings::midStructPen},
+                                             {kWeightEndStruct, 0, 500, &WeightSettings::endStructPen}}};
 
 const IntKey* find_int_key(const std::string& word) {
   for (const IntKey& key : kIntKeys)

@@ -34,8 +34,8 @@ struct AlignmentView {
 };
 
 struct PrintOptions {
-  int resLineLen = 50;                     // residues a block line
-  bool molvaneLayout = false;              // the multiple alignment as Molvane entries
+  int resLineLen = 50;                       // residues a block line
+  bool molvaneLayout = false;                // the multiple alignment as Molvane entries
   const ScoreTable* residueTable = nullptr;  // for the match marks of pairs
   int nearMatchScore = 0;
   // Shown in the header only.

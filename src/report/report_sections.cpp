@@ -158,8 +158,8 @@ void print_statistics(std::FILE* stream, const AlignmentView& view) {
   std::fprintf(stream, "   Total length for the multiple alignment: %d\n", view.width);
   // A single shared column does not count as an overlap region.
   if (view.overlapEnd > view.overlapStart)
-    std::fprintf(stream, "   Region where sequences overlap: %d - %d (length = %d)", view.overlapStart,
-                 view.overlapEnd, view.overlapEnd - view.overlapStart + 1);
+    std::fprintf(stream, "   Region where sequences overlap: %d - %d (length = %d)", view.overlapStart, view.overlapEnd,
+                 view.overlapEnd - view.overlapStart + 1);
   else
     std::fputs("   No Region where all sequences overlap.", stream);
   std::fputs("\n", stream);

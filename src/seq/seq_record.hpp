@@ -33,8 +33,8 @@ extern int multAlignNum;
 
 // Reads one entry of format (codes and results: seq/formats.hpp).
 int read_seq(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes);
-int mread_seq(std::FILE* input, std::FILE* output, std::span<SeqRecord> records, int& count, int maxSeqs,
-              int format, int minRes, int maxRes);
+int mread_seq(std::FILE* input, std::FILE* output, std::span<SeqRecord> records, int& count, int maxSeqs, int format,
+              int minRes, int maxRes);
 int mget_seqs(const std::string& fname, std::FILE* output, std::span<SeqRecord> records, int format, int maxSeqs,
               int minRes, int maxRes, int& numSeqs);
 void free_seq(SeqRecord& record);

@@ -24,8 +24,7 @@ int show_msg(std::FILE* stream, const char* format, ...) __attribute__((format(p
 std::string format_text(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // show_err at level 1 with a formatted message; never returns.
-[[noreturn]] void fatal_err(const char* module, const char* format, ...)
-    __attribute__((format(printf, 2, 3)));
+[[noreturn]] void fatal_err(const char* module, const char* format, ...) __attribute__((format(printf, 2, 3)));
 // show_err at level 0 with a formatted message.
 void warn_err(const char* module, const char* format, ...) __attribute__((format(printf, 2, 3)));
 

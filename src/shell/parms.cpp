@@ -27,10 +27,8 @@ int read_parm_int(std::FILE* stream, int* value, int min, int max, const std::st
   int read = 0;
   if (!scan_int(stream, read))
     fatal_err("read_parm_int", "Parm key = '%s' Missing or non-numeric value\n", key.c_str());
-  if (read < min)
-    fatal_err("read_parm_int", "Parm key = '%s' Lower bound exceeded: %d < %d\n", key.c_str(), read, min);
-  if (read > max)
-    fatal_err("read_parm_int", "Parm key = '%s' Upper bound exceeded: %d > %d\n", key.c_str(), read, max);
+  if (read < min) fatal_err("read_parm_int", "Parm key = '%s' Lower bound exceeded: %d < %d\n", key.c_str(), read, min);
+  if (read > max) fatal_err("read_parm_int", "Parm key = '%s' Upper bound exceeded: %d > %d\n", key.c_str(), read, max);
   *value = read;
   return 1;
 }
@@ -61,7 +59,6 @@ int read_parm_fname(std::FILE* stream, std::string& path, const std::string& key
 UniqueFile read_parm_fname2(std::FILE* stream, std::string& path, const std::string& key) {
   read_word(stream, path);
   UniqueFile opened = open_file(path, "r");
-  if (!opened)
-    fatal_err("read_parm_fname2", "Parmkey = '%s' Cannot open file: '%s'.\n", key.c_str(), path.c_str());
+  if (!opened) fatal_err("read_parm_fname2", "Parmkey = '%s' Cannot open file: '%s'.\n", key.c_str(), path.c_str());
   return opened;
 }

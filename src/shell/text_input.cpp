@@ -6,9 +6,7 @@
 
 #include "shell/limits.hpp"
 
-UniqueFile open_file(const std::string& path, const char* mode) {
-  return UniqueFile(std::fopen(path.c_str(), mode));
-}
+UniqueFile open_file(const std::string& path, const char* mode) { return UniqueFile(std::fopen(path.c_str(), mode)); }
 
 bool read_word(std::FILE* stream, std::string& word) {
   word.clear();

@@ -182,7 +182,9 @@ TEST_F(AlignmentViewsTest, SequencesAndHomologyTables) {
 
 TEST_F(AlignmentViewsTest, Statistics) {
   AlignRecord malign{3, 12, 3, 10, 45.678, 0.0, {}};
-  const auto print = [&] { return printed([&](std::FILE* f) { print_statistics(f, malign_view(malign, order, 0, 0)); }); };
+  const auto print = [&] {
+    return printed([&](std::FILE* f) { print_statistics(f, malign_view(malign, order, 0, 0)); });
+  };
   const std::string head = "\nStatistics\n**********\n\n   Total length for the multiple alignment: 12\n";
   const std::string tail = "\n   Percent Sequence Homology in overlap region: 45.68   \n\n";
   EXPECT_EQ(print(), head + "   Region where sequences overlap: 3 - 10 (length = 8)" + tail);
@@ -219,8 +221,9 @@ TEST_F(AlignmentViewsTest, MolvaneLayoutReadsBackAsGappedSequences) {
   malign.seqs[0].aRes = "ac  g ";  // lower case and a trailing gap column
   printFormat = 1;
   UniqueFile in(std::tmpfile());
-  std::fputs(printed([&](std::FILE* f) { print_mult_align(f, malign_view(malign, order, 0, 0), run_print_options()); })
-                 .c_str(),
+  std::fputs(printed([&](std::FILE* f) {
+               print_mult_align(f, malign_view(malign, order, 0, 0), run_print_options());
+             }).c_str(),
              in.get());
   std::rewind(in.get());
   const char* const titles[] = {"two", "", "one"};

@@ -1,4 +1,3 @@
-#include "matrix/weight_file.hpp"
 #include "matrix/weight_matrix.hpp"
 
 #include <map>
@@ -6,6 +5,7 @@
 #include <string>
 #include <tuple>
 
+#include "matrix/weight_file.hpp"
 #include "shell/parms.hpp"
 #include "support/test_support.hpp"
 

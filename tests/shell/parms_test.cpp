@@ -75,21 +75,26 @@ TEST(ReadParmInt, BoundsAndMissingValuesAreFatal) {
   TempDir dir;
   int value = 0;
   auto low = stream_of(dir, "-101");
-  EXPECT_FATAL_OUTPUT(read_parm_int(low.get(), &value, -100, 100, "RAVLIN:STRUCT_BIAS"),
-                      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:STRUCT_BIAS' Lower bound exceeded: -101 < -100\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_int(low.get(), &value, -100, 100, "RAVLIN:STRUCT_BIAS"),
+      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:STRUCT_BIAS' Lower bound exceeded: -101 < -100\n"));
   auto high = stream_of(dir, " 503 ");
-  EXPECT_FATAL_OUTPUT(read_parm_int(high.get(), &value, 1, 502, "RAVLIN:SEQ_SELECT"),
-                      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:SEQ_SELECT' Upper bound exceeded: 503 > 502\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_int(high.get(), &value, 1, 502, "RAVLIN:SEQ_SELECT"),
+      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:SEQ_SELECT' Upper bound exceeded: 503 > 502\n"));
   auto word = stream_of(dir, "RAVLIN:NEXT 5");
-  EXPECT_FATAL_OUTPUT(read_parm_int(word.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
-                      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_int(word.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
+      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
   // A number too large for an int is held at the limit, never wrapped into range.
   auto huge = stream_of(dir, "4294967297");
-  EXPECT_FATAL_OUTPUT(read_parm_int(huge.get(), &value, -100, 100, "RAVLIN:STRUCT_BIAS"),
-                      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:STRUCT_BIAS' Upper bound exceeded: 2147483647 > 100\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_int(huge.get(), &value, -100, 100, "RAVLIN:STRUCT_BIAS"),
+      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:STRUCT_BIAS' Upper bound exceeded: 2147483647 > 100\n"));
   auto empty = stream_of(dir, "\n  \n");
-  EXPECT_FATAL_OUTPUT(read_parm_int(empty.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
-                      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_int(empty.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
+      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
 }
 
 TEST(ReadParmDouble, KeepsItsMessagesIncludingTheUpperBoundsLessThanSign) {
@@ -99,15 +104,17 @@ TEST(ReadParmDouble, KeepsItsMessagesIncludingTheUpperBoundsLessThanSign) {
   EXPECT_EQ(read_parm_double(good.get(), &value, 0.0, 3.0, "KEY:X"), 1);
   EXPECT_DOUBLE_EQ(value, 2.5);
   auto low = stream_of(dir, "-0.5");
-  EXPECT_FATAL_OUTPUT(read_parm_double(low.get(), &value, 0.0, 3.0, "KEY:X"),
-                      error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Lower bound exceeded: -0.500000 < 0.000000\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_double(low.get(), &value, 0.0, 3.0, "KEY:X"),
+      error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Lower bound exceeded: -0.500000 < 0.000000\n"));
   auto high = stream_of(dir, "4");
-  EXPECT_FATAL_OUTPUT(read_parm_double(high.get(), &value, 0.0, 3.0, "KEY:X"),
-                      error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Upper bound exceeded: 4.000000 < 3.000000\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_double(high.get(), &value, 0.0, 3.0, "KEY:X"),
+      error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Upper bound exceeded: 4.000000 < 3.000000\n"));
   for (const char* text : {"", "nan"}) {
     auto missing = stream_of(dir, text);
     EXPECT_FATAL_OUTPUT(read_parm_double(missing.get(), &value, 0.0, 3.0, "KEY:X"),
-                      error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Missing or non-numeric value\n"));
+                        error_frame(1, "read_parm_double", "Parm key = 'KEY:X' Missing or non-numeric value\n"));
   }
 }
 
@@ -138,11 +145,13 @@ TEST(ReadParmFname, OpensTheNamedFileOrEndsTheRun) {
 
   const std::string missing = (dir.path() / std::string(300, 'n')).string();
   auto bad = stream_of(dir, missing);
-  EXPECT_FATAL_OUTPUT(read_parm_fname(bad.get(), path, "RAVLIN:SCOR_MATRIX"),
-                      error_frame(1, "read_parm_fname", "Parmkey = 'RAVLIN:SCOR_MATRIX' Cannot open file: '" + missing + "'.\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_fname(bad.get(), path, "RAVLIN:SCOR_MATRIX"),
+      error_frame(1, "read_parm_fname", "Parmkey = 'RAVLIN:SCOR_MATRIX' Cannot open file: '" + missing + "'.\n"));
   auto bad2 = stream_of(dir, "no-such.wts");
-  EXPECT_FATAL_OUTPUT(read_parm_fname2(bad2.get(), path, "RAVLIN:SCOR_MATRIX"),
-                      error_frame(1, "read_parm_fname2", "Parmkey = 'RAVLIN:SCOR_MATRIX' Cannot open file: 'no-such.wts'.\n"));
+  EXPECT_FATAL_OUTPUT(
+      read_parm_fname2(bad2.get(), path, "RAVLIN:SCOR_MATRIX"),
+      error_frame(1, "read_parm_fname2", "Parmkey = 'RAVLIN:SCOR_MATRIX' Cannot open file: 'no-such.wts'.\n"));
 }
 
 TEST(GetParmsFile, MissingFileIsFatal) {

@@ -1,11 +1,11 @@
 // Helpers shared by the tests.
 #pragma once
 
-#include <filesystem>
-#include <string>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
 
 #include "shell/text_input.hpp"
 
@@ -74,10 +74,10 @@ std::string mask_date(const std::string& report);
 
 // Expects statement to end the process with status 1 after writing exactly
 // expected to standard output.
-#define EXPECT_FATAL_OUTPUT(statement, expected)                                             \
-  EXPECT_EXIT(                                                                               \
-      {                                                                                      \
-        ::testsupport::stdout_to_stderr();                                                   \
-        statement;                                                                           \
-      },                                                                                     \
+#define EXPECT_FATAL_OUTPUT(statement, expected) \
+  EXPECT_EXIT(                                   \
+      {                                          \
+        ::testsupport::stdout_to_stderr();       \
+        statement;                               \
+      },                                         \
       ::testing::ExitedWithCode(1), ::testing::Eq(std::string(expected)))
