@@ -1,3 +1,5 @@
+// Sections: private helpers (answers, banner, options, the temporary parameter
+// file, menus), then ravlin_setup and the steps it calls in order.
 #include "run_setup.hpp"
 
 #include <climits>

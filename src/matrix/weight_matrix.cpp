@@ -1,3 +1,5 @@
+// Sections: read_matrix_file at the end; before it, the line and token
+// helpers, then the label line and the rows of scores.
 #include "matrix/weight_matrix.hpp"
 
 #include <cctype>

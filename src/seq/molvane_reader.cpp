@@ -1,3 +1,5 @@
+// Sections: read_seq_molvane at the end; before it, finding an entry and
+// taking its tagged lines.
 #include "seq/molvane_reader.hpp"
 
 #include <algorithm>
@@ -8,6 +10,7 @@
 
 #include "shell/errors.hpp"
 #include "shell/limits.hpp"
+#include "shell/strutil.hpp"
 #include "shell/text_input.hpp"
 
 namespace {
@@ -105,14 +108,6 @@ std::string folded_upper(const std::string& text) {
   return upper;
 }
 
-// Exactly len characters: a longer text is cut, a shorter one (accepted
-// through the other text) is completed with the filler.
-std::string fitted(const std::string& text, int len, char filler, const char* module) {
-  std::string out = checked_string(static_cast<std::size_t>(len), filler, module);
-  text.copy(out.data(), std::min(out.size(), text.size()));
-  return out;
-}
-
 }  // namespace
 
 int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*maxRes*/) {
@@ -159,8 +154,8 @@ int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*ma
     return 0;
   }
   seq.pRes = folded_upper(texts.residues);
-  seq.sRes = fitted(texts.structure, resLen, 'X', "read_seq_molvane:sRes");
-  seq.uRes = fitted(texts.grouping, resLen, '-', "read_seq_molvane:uRes");
+  seq.sRes = fit_text(texts.structure, resLen, 'X', "read_seq_molvane:sRes");
+  seq.uRes = fit_text(texts.grouping, resLen, '-', "read_seq_molvane:uRes");
   seq.numRes = resLen;
   return 1;
 }

@@ -1,3 +1,6 @@
+// Sections: read_seq_pir_comp at the end; before it, in the order a record is
+// read: finding a record and its header, unpacking the residues, decoding the
+// record text (escapes, number ranges, dictionary codes), splitting its fields.
 #include "seq/pir_comp_reader.hpp"
 
 #include <algorithm>

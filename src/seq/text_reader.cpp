@@ -1,3 +1,5 @@
+// Sections: read_seq_text at the end; before it, in reading order: the entry's
+// header (code, title, residue numbering), its data lines, storing them.
 #include "seq/text_reader.hpp"
 
 #include <algorithm>
