@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
+#include "align/score_codes.hpp"
 #include "malign/mult_align.hpp"
 #include "malign/ordering.hpp"
 #include "matrix/weight_matrix.hpp"
@@ -157,14 +158,18 @@ std::vector<AlignRecord> do_pairs(int n) {
   const std::size_t numPairs = n > 1 ? static_cast<std::size_t>(n) * static_cast<std::size_t>(n - 1) / 2 : 0;
   std::vector<AlignRecord> pairs = checked_vector<AlignRecord>(numPairs, "do_pairs");
   std::size_t next = 0;
+  AlignWorkspace ws;
+  const PairParams params{&wtMatrix,    &ssMatrix, gapPen,     gapSizePen,    midStructPen,
+                          endStructPen, 1,         structBias, printPairsFlag};
   for (int i = 0; i < n; ++i) {
     for (int j = 0; j < i; ++j) {
       AlignRecord& pair = pairs[next++];
       pair.seqs = checked_vector<AlignedSeq>(2, "do_pairs");
       pair.seqs[0].seqIndex = i;
       pair.seqs[1].seqIndex = j;
-      do_pair_align(pair, mySeq[static_cast<std::size_t>(i)], mySeq[static_cast<std::size_t>(j)], wtMatrix, ssMatrix,
-                    gapPen, gapSizePen, midStructPen, endStructPen, 1, structBias, printPairsFlag);
+      const AlignStatus status =
+          align_pair(ws, pair, mySeq[static_cast<std::size_t>(i)], mySeq[static_cast<std::size_t>(j)], params);
+      if (align_failed(status)) report_align_fault(status);
       pctHomMatrix[i][j] = pair.pctHomol;
       pctHomMatrix[j][i] = pair.pctHomol;
       std::printf(".");

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
+#include "align/score_codes.hpp"
 #include "malign/run_driver.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
