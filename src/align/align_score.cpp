@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "shell/errors.hpp"
 
 namespace {
 
@@ -73,17 +72,17 @@ std::int32_t pct_perfect_score(const ScoreTable& table, const char* s1, const ch
   return static_cast<std::int32_t>(sum);
 }
 
-double scor_align_pct(const ScoreTable& table, AlignRecord& record, int len) {
+AlignStatus calc_align_pct(const ScoreTable& table, AlignRecord& record, int len, double& pct) {
   const int numSeqs = std::min(record.numSeqs, static_cast<int>(record.seqs.size()));
   int first = 0;
   int last = len;
   for (int k = 0; k < numSeqs; ++k) {
     const std::string& aRes = record.seqs[static_cast<std::size_t>(k)].aRes;
     const int start = first_residue(aRes, len);
-    if (start < 0) fatal_err("pct_start_align", "Program check: len = %d", len);
+    if (start < 0) return {AlignFault::noFirstResidue, len};
     first = std::max(first, start);
     const int end = last_residue(aRes, len);
-    if (end < 0) fatal_err("pct_end_align", "Program check: len = %d", len);
+    if (end < 0) return {AlignFault::noLastResidue, len};
     last = std::min(last, end);
   }
   record.overlapStart = first + 1;
@@ -100,8 +99,15 @@ double scor_align_pct(const ScoreTable& table, AlignRecord& record, int len) {
       perfect += pct_perfect_score(table, sa, sb, width);
     }
   }
-  if (perfect == 0) return 0.0;
-  return static_cast<double>(homol) * 100.0 / static_cast<double>(perfect);
+  pct = perfect == 0 ? 0.0 : static_cast<double>(homol) * 100.0 / static_cast<double>(perfect);
+  return {};
+}
+
+double scor_align_pct(const ScoreTable& table, AlignRecord& record, int len) {
+  double pct = 0.0;
+  const AlignStatus status = calc_align_pct(table, record, len, pct);
+  if (align_failed(status)) report_align_fault(status);
+  return pct;
 }
 
 double scor_pair_align(double pct, int hasStruct1, int hasStruct2, int bias) {

@@ -1,39 +1,55 @@
-// Sections: do_pair_align, then its private helpers (work arrays, matrix
-// storage, saving the aligned strings).
+// Sections: public routines (fit_operand, save_pair_result, align_pair,
+// do_pair_align), then private helpers (workspace growth, operand arrays).
 #include "align/pair_align.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <new>
 #include <stdexcept>
-#include <string>
-#include <string_view>
 
 #include "align/penalties.hpp"
+#include "align/score_codes.hpp"
 #include "align/traceback.hpp"
-#include "shell/errors.hpp"
-#include "shell/limits.hpp"
 #include "shell/strutil.hpp"
-
-std::vector<SumCell> sm;
 
 namespace {
 
+const char* const kMatrixLabel = "calc_pair_align: sm";
+const char* const kCarryLabel = "sm_mat_sum";
 const char* const kWorkLabel = "do_pair_align";
 const char* const kSaveLabel = "save_seq_align";
 
-using Template = std::array<char, kMaxAlignLen + 1>;
+// Grows v to at least n entries; false when memory runs out.
+template <class T>
+bool grow(std::vector<T>& v, std::size_t n) {
+  if (v.size() >= n) return true;
+  try {
+    v.clear();  // nothing to keep: growing from empty avoids copying
+    v.resize(n);
+  } catch (const std::bad_alloc&) {
+    return false;
+  } catch (const std::length_error&) {
+    return false;
+  }
+  return true;
+}
 
-// The per-position inputs of one operand.
-struct OperandArrays {
-  std::vector<std::int32_t> codes;      // residue codes, then structure codes
-  std::vector<std::int32_t> structPen;  // structure gap penalties
-};
+AlignStatus reserve_workspace(AlignWorkspace& ws, int rows, int cols) {
+  const auto r = static_cast<std::size_t>(rows), c = static_cast<std::size_t>(cols);
+  if (!grow(ws.matrix, r * c)) return {AlignFault::outOfMemory, 0, kMatrixLabel};
+  const std::size_t longer = std::max(r, c);
+  if (!grow(ws.rowCodes, r) || !grow(ws.colCodes, c) || !grow(ws.rowStruct, r) || !grow(ws.colStruct, c) ||
+      !grow(ws.zeros, longer))
+    return {AlignFault::outOfMemory, 0, kWorkLabel};
+  if (!grow(ws.carries, c)) return {AlignFault::outOfMemory, 0, kCarryLabel};
+  return {};
+}
 
-// A text of exactly n characters. Readers always give pRes and sRes numRes
-// characters; should one be short or absent, it is padded with 'X', which
-// scores as an unknown residue and draws no structure penalty.
+void set_codes(std::int32_t* codes, std::string_view text, int n, int codeScale) {
+  codes_to_indices(text.data(), n, codes, kOtherCode);
+  for (int p = 0; p < n; ++p) codes[p] *= codeScale;
+}
+
 std::string_view fitted_text(const std::string* text, int n, std::string& spare) {
   const std::size_t want = static_cast<std::size_t>(std::max(n, 0));
   if (text && text->size() >= want) return std::string_view(*text).substr(0, want);
@@ -42,102 +58,101 @@ std::string_view fitted_text(const std::string* text, int n, std::string& spare)
   return spare;
 }
 
-// Grows the shared matrix when a pair needs more cells; it never shrinks, so
-// later pairs reuse the storage.
-SumCell* pair_matrix(int rows, int cols) {
-  const std::size_t cells = static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols);
-  if (sm.size() < cells) {
-    try {
-      sm.clear();  // nothing to keep: growing from empty avoids copying old cells
-      sm.resize(cells);
-    } catch (const std::bad_alloc&) {
-      out_of_memory("calc_pair_align: sm");
-    } catch (const std::length_error&) {
-      out_of_memory("calc_pair_align: sm");
-    }
+bool aligned_text(std::string& out, std::string_view input, int numRes, const AlignTemplate& templ, int len) {
+  try {
+    out.assign(static_cast<std::size_t>(std::max(len, 0)), ' ');
+  } catch (const std::bad_alloc&) {
+    return false;
+  } catch (const std::length_error&) {
+    return false;
   }
-  return sm.data();
-}
-
-// Residue codes (the row operand's times 32, as table row offsets) and
-// structure penalties of one operand.
-OperandArrays make_operand(std::string_view res, std::string_view sRes, int n, int codeScale, int midPen, int endPen,
-                           int reach) {
-  OperandArrays ops{checked_vector<std::int32_t>(static_cast<std::size_t>(n), kWorkLabel),
-                    checked_vector<std::int32_t>(static_cast<std::size_t>(n), kWorkLabel)};
-  codes_to_indices(res.data(), n, ops.codes.data(), kOtherCode);
-  for (std::int32_t& code : ops.codes) code *= codeScale;
-  calc_struct_scores(sRes.data(), n, ops.structPen.data(), midPen, endPen, reach);
-  return ops;
-}
-
-void set_codes(std::vector<std::int32_t>& codes, std::string_view text, int codeScale) {
-  codes_to_indices(text.data(), static_cast<int>(codes.size()), codes.data(), kOtherCode);
-  for (std::int32_t& code : codes) code *= codeScale;
-}
-
-std::string aligned_text(std::string_view input, int numRes, const Template& templ, int len) {
-  std::string out = checked_string(static_cast<std::size_t>(len), ' ', kSaveLabel);
   str_match_blanks(input.data(), numRes, templ.data(), len, ' ', out.data());
-  return out;
+  return true;
 }
 
 void release(std::string& text) { std::string().swap(text); }
 
 }  // namespace
 
-void do_pair_align(AlignRecord& record, const SeqRecord& A, const SeqRecord& B, const ScoreTable& wtTable,
-                   const ScoreTable& ssTable, int gapPen, int gapSizePen, int midPen, int endPen, int reach, int bias,
-                   int keepStrings) {
-  const int rows = std::max(A.numRes, 0);
-  const int cols = std::max(B.numRes, 0);
-  std::string spareA, spareB, spareSA, spareSB;
-  const std::string_view pA = fitted_text(&A.pRes, rows, spareA);
-  const std::string_view pB = fitted_text(&B.pRes, cols, spareB);
-  const std::string_view sA = fitted_text(A.sRes ? &*A.sRes : nullptr, rows, spareSA);
-  const std::string_view sB = fitted_text(B.sRes ? &*B.sRes : nullptr, cols, spareSB);
+void fit_operand(const SeqRecord& seq, OperandText& text) {
+  text.n = std::max(seq.numRes, 0);
+  text.res = fitted_text(&seq.pRes, text.n, text.spareRes);
+  text.sRes = fitted_text(seq.sRes ? &*seq.sRes : nullptr, text.n, text.spareSRes);
+}
 
-  // Every score is written by sm_mat_score at once, so the links are all the
-  // initialisation needs.
-  SumCell* const matrix = pair_matrix(rows, cols);
-  sm_mat_init(matrix, rows, cols, 0);
-
-  // Pairwise alignment uses no groups: both grouping arrays are zero.
-  const std::vector<std::int32_t> zeros = checked_vector<std::int32_t>(std::max(rows, cols), kWorkLabel);
-  OperandArrays opA = make_operand(pA, sA, rows, kTableDim, midPen, endPen, reach);
-  OperandArrays opB = make_operand(pB, sB, cols, 1, midPen, endPen, reach);
-
-  sm_mat_score(wtTable, matrix, rows, cols, opA.codes.data(), opB.codes.data());
-  if (A.hasSRes == 1 && B.hasSRes == 1) {
-    // The residue codes are spent: the same arrays take the structure codes.
-    set_codes(opA.codes, sA, kTableDim);
-    set_codes(opB.codes, sB, 1);
-    sm_mat_add_score(ssTable, matrix, rows, cols, opA.codes.data(), opB.codes.data());
+AlignStatus save_pair_result(AlignRecord& record, const SeqRecord& A, const OperandText& a, const SeqRecord& B,
+                             const OperandText& b, const AlignTemplate& first, const AlignTemplate& second, int len,
+                             const PairParams& params) {
+  try {
+    if (record.seqs.size() < 2) record.seqs.resize(2);
+  } catch (const std::bad_alloc&) {
+    return {AlignFault::outOfMemory, 0, kSaveLabel};
   }
-  sm_mat_sum(matrix, rows, cols, opA.structPen.data(), opB.structPen.data(), zeros.data(), zeros.data(), gapPen,
-             gapSizePen);
-
-  Template templA{}, templB{};
-  const std::int32_t start = find_path_start(matrix, rows, cols);
-  const int len = find_best_align(start, matrix, rows, cols, templA, templB, kMaxAlignLen);
-
-  if (record.seqs.size() < 2) record.seqs.resize(2);
   AlignedSeq& alA = record.seqs[0];
   AlignedSeq& alB = record.seqs[1];
-  alA.aRes = aligned_text(pA, rows, templA, len);
-  if (A.hasSRes == 1) alA.aSRes = aligned_text(sA, rows, templA, len);
-  alB.aRes = aligned_text(pB, cols, templB, len);
-  if (B.hasSRes == 1) alB.aSRes = aligned_text(sB, cols, templB, len);
+  bool saved = aligned_text(alA.aRes, a.res, a.n, first, len);
+  if (saved && A.hasSRes == 1) saved = aligned_text(alA.aSRes, a.sRes, a.n, first, len);
+  if (saved) saved = aligned_text(alB.aRes, b.res, b.n, second, len);
+  if (saved && B.hasSRes == 1) saved = aligned_text(alB.aSRes, b.sRes, b.n, second, len);
+  if (!saved) return {AlignFault::outOfMemory, 0, kSaveLabel};
 
   record.numSeqs = 2;
   record.alignLen = len;
-  record.pctHomol = scor_align_pct(wtTable, record, len);
-  record.alignScore = scor_pair_align(record.pctHomol, A.hasSRes, B.hasSRes, bias);
+  const AlignStatus status = calc_align_pct(*params.wtTable, record, len, record.pctHomol);
+  if (align_failed(status)) return status;
+  record.alignScore = scor_pair_align(record.pctHomol, A.hasSRes, B.hasSRes, params.bias);
 
-  if (keepStrings == 0) {
+  if (params.keepStrings == 0) {
     release(alA.aRes);
     release(alB.aRes);
     if (A.hasSRes == 1) release(alA.aSRes);
     if (B.hasSRes == 1) release(alB.aSRes);
   }
+  return {};
+}
+
+AlignStatus align_pair(AlignWorkspace& ws, AlignRecord& record, const SeqRecord& A, const SeqRecord& B,
+                       const PairParams& params) {
+  OperandText a, b;
+  fit_operand(A, a);
+  fit_operand(B, b);
+  const int rows = a.n, cols = b.n;
+  AlignStatus status = reserve_workspace(ws, rows, cols);
+  if (align_failed(status)) return status;
+
+  // Every score is written by sm_mat_score at once, so the links are all the
+  // initialisation needs. Pairwise alignment uses no groups: both grouping
+  // arrays are the zeros.
+  SumCell* const matrix = ws.matrix.data();
+  sm_mat_init(matrix, rows, cols, 0);
+  std::fill_n(ws.zeros.begin(), std::max(rows, cols), 0);
+  set_codes(ws.rowCodes.data(), a.res, rows, kTableDim);
+  set_codes(ws.colCodes.data(), b.res, cols, 1);
+  calc_struct_scores(a.sRes.data(), rows, ws.rowStruct.data(), params.midPen, params.endPen, params.reach);
+  calc_struct_scores(b.sRes.data(), cols, ws.colStruct.data(), params.midPen, params.endPen, params.reach);
+
+  sm_mat_score(*params.wtTable, matrix, rows, cols, ws.rowCodes.data(), ws.colCodes.data());
+  if (A.hasSRes == 1 && B.hasSRes == 1) {
+    // The residue codes are spent: the same arrays take the structure codes.
+    set_codes(ws.rowCodes.data(), a.sRes, rows, kTableDim);
+    set_codes(ws.colCodes.data(), b.sRes, cols, 1);
+    sm_mat_add_score(*params.ssTable, matrix, rows, cols, ws.rowCodes.data(), ws.colCodes.data());
+  }
+  sum_matrix_cells(ws.carries.data(), matrix, rows, cols, ws.rowStruct.data(), ws.colStruct.data(), ws.zeros.data(),
+                   ws.zeros.data(), params.gapPen, params.gapSizePen);
+
+  int len = 0;
+  const std::int32_t start = find_path_start(matrix, rows, cols);
+  status = trace_best_align(start, matrix, rows, cols, ws.first, ws.second, kMaxAlignLen, len);
+  if (align_failed(status)) return status;
+  return save_pair_result(record, A, a, B, b, ws.first, ws.second, len, params);
+}
+
+void do_pair_align(AlignRecord& record, const SeqRecord& A, const SeqRecord& B, const ScoreTable& wtTable,
+                   const ScoreTable& ssTable, int gapPen, int gapSizePen, int midPen, int endPen, int reach, int bias,
+                   int keepStrings) {
+  AlignWorkspace ws;
+  const PairParams params{&wtTable, &ssTable, gapPen, gapSizePen, midPen, endPen, reach, bias, keepStrings};
+  const AlignStatus status = align_pair(ws, record, A, B, params);
+  if (align_failed(status)) report_align_fault(status);
 }

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "align/score_codes.hpp"
 #include "shell/errors.hpp"
-#include "shell/limits.hpp"
 
 namespace {
 
@@ -25,19 +25,8 @@ inline std::int32_t table_at(const ScoreTable& table, std::int32_t rowCode, std:
   return table[static_cast<std::uint32_t>(add32(rowCode, colCode)) & (kTableSize - 1)];
 }
 
-// The gap carry of one column, with that column's row-invariant step terms
-// kept alongside so that the cell loop reads one record per column.
-struct ColCarry {
-  std::int32_t score;      // best gapped total reaching down this column
-  std::int32_t level;      // structure level already charged to score
-  std::int32_t next;       // cell the carry links to
-  std::int32_t structMin;  // min(colStruct[c - 1], colStruct[c])
-  std::int32_t gapCharge;  // gapPen + colGroup[c]
-};
-
-std::vector<ColCarry> make_col_carries(int cols, const std::int32_t* colStruct, const std::int32_t* colGroup,
-                                       int gapPen) {
-  std::vector<ColCarry> carries = checked_vector<ColCarry>(static_cast<std::size_t>(cols), "sm_mat_sum");
+void init_col_carries(ColCarry* carries, int cols, const std::int32_t* colStruct, const std::int32_t* colGroup,
+                      int gapPen) {
   for (int c = 0; c < cols; ++c) {
     carries[c].score = kCarryFloor;
     carries[c].level = 0;
@@ -45,7 +34,6 @@ std::vector<ColCarry> make_col_carries(int cols, const std::int32_t* colStruct, 
     carries[c].structMin = c >= 1 ? std::min(colStruct[c - 1], colStruct[c]) : 0;
     carries[c].gapCharge = add32(gapPen, colGroup[c]);
   }
-  return carries;
 }
 
 bool has_cells(int rows, int cols) { return rows > 0 && cols > 0; }
@@ -82,10 +70,18 @@ void sm_mat_add_score(const ScoreTable& table, SumCell* matrix, int rows, int co
 
 void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct, const std::int32_t* colStruct,
                 const std::int32_t* rowGroup, const std::int32_t* colGroup, int gapPen, int gapSizePen) {
+  if (rows - 1 < 1 || cols < 1) return;
+  std::vector<ColCarry> carries = checked_vector<ColCarry>(static_cast<std::size_t>(cols), "sm_mat_sum");
+  sum_matrix_cells(carries.data(), matrix, rows, cols, rowStruct, colStruct, rowGroup, colGroup, gapPen, gapSizePen);
+}
+
+void sum_matrix_cells(ColCarry* carries, SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct,
+                      const std::int32_t* colStruct, const std::int32_t* rowGroup, const std::int32_t* colGroup,
+                      int gapPen, int gapSizePen) {
   // A single row (or none) has no successor row: the pair scores stay as they are.
   if (rows - 1 < 1 || cols < 1) return;
-  std::vector<ColCarry> carries = make_col_carries(cols, colStruct, colGroup, gapPen);
-  ColCarry* const col = carries.data();
+  init_col_carries(carries, cols, colStruct, colGroup, gapPen);
+  ColCarry* const col = carries;
 
   // Backwards over T = (i, j), with D = (i+1, j+1), cur = D.score (final), c = j + 1:
   //   T.score += max of  cur           -> next = D              (wins every tie)

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "align/penalties.hpp"
+#include "align/profile_score.hpp"
+#include "align/score_codes.hpp"
 #include "align/sum_matrix.hpp"
 #include "align/traceback.hpp"
 #include "malign/alignment_views.hpp"
@@ -86,56 +88,19 @@ void prepare_new_seq(const SeqRecord& seq, int n, StepArrays& arrays) {
   if (seq.hasSRes == 1) codes_to_indices(sres.c_str(), n, arrays.dsSeqNums.data(), kOtherCode);
 }
 
-// Per column of the alignment, the summed score of its members against each
-// of the 32 codes: profile[p * 32 + q]. Sums wrap at 32 bits like the matrix
-// cells they become.
-using Profile = std::vector<std::uint32_t>;
-
-void add_to_profile(const ScoreTable& table, const Codes& rowCodes, Profile& profile) {
-  for (std::size_t p = 0; p < rowCodes.size(); ++p) {
-    const std::int32_t* tableRow = table.data() + ((rowCodes[p] * kTableDim) & (kTableSize - 1));
-    std::uint32_t* column = profile.data() + p * kTableDim;
-    for (int q = 0; q < kTableDim; ++q) column[q] += static_cast<std::uint32_t>(tableRow[q]);
-  }
-}
-
 // The alignment as a profile: every member adds its scores against the new
-// sequence, its structure penalties and the groups it forbids to split. The
-// members' scores are summed per column first and laid into the matrix once,
-// which gives the same cells as adding each member's scores cell by cell.
+// sequence, its structure penalties and the groups it forbids to split.
 void add_member_profiles(const SeqRecord& newSeq, int alignLen, int seqLen, StepArrays& arrays,
                          std::vector<SumCell>& matrix) {
-  const std::size_t m = static_cast<std::size_t>(alignLen);
-  Codes aNums = checked_vector<std::int32_t>(m, "aNums");
-  Codes mSeqNums = checked_vector<std::int32_t>(m, "mSeqNums");
-  Codes msSeqNums = checked_vector<std::int32_t>(m, "msSeqNums");
-  Profile wtProfile = checked_vector<std::uint32_t>(m * kTableDim, "mSeqNums");
-  Profile ssProfile = checked_vector<std::uint32_t>(m * kTableDim, "msSeqNums");
-  for (int k = 0; k < mar.numSeqs; ++k) {
-    const AlignedSeq& member = mar.seqs[static_cast<std::size_t>(k)];
+  std::vector<ProfileMember> members = checked_vector<ProfileMember>(static_cast<std::size_t>(mar.numSeqs), "aNums");
+  for (std::size_t k = 0; k < members.size(); ++k) {
+    const AlignedSeq& member = mar.seqs[k];
     const SeqRecord& memberSeq = mySeq[static_cast<std::size_t>(member.seqIndex)];
-    codes_to_indices(member.aRes.c_str(), alignLen, mSeqNums.data(), kOtherCode);
-    calc_struct_scores(member.aSRes.c_str(), alignLen, aNums.data(), midStructPen, endStructPen, 1);
-    for (std::size_t p = 0; p < m; ++p) arrays.msNums[p] += aNums[p];
-    if (memberSeq.hasURes == 1)
-      calc_anchor_group_pen(member.aURes.c_str(), alignLen, mSeqNums.data(), arrays.mPenGroup.data(), kGroupPen);
-    add_to_profile(wtMatrix, mSeqNums, wtProfile);
-    if (memberSeq.hasSRes == 1 && newSeq.hasSRes == 1) {
-      codes_to_indices(member.aSRes.c_str(), alignLen, msSeqNums.data(), kOtherCode);
-      add_to_profile(ssMatrix, msSeqNums, ssProfile);
-    }
+    members[k] = {&member.aRes, &member.aSRes, &member.aURes, memberSeq.hasSRes, memberSeq.hasURes};
   }
-  for (int i = 0; i < alignLen; ++i) {
-    const std::uint32_t* wtColumn = wtProfile.data() + static_cast<std::size_t>(i) * kTableDim;
-    const std::uint32_t* ssColumn = ssProfile.data() + static_cast<std::size_t>(i) * kTableDim;
-    SumCell* row = matrix.data() + static_cast<std::size_t>(i) * static_cast<std::size_t>(seqLen);
-    for (int j = 0; j < seqLen; ++j) {
-      const std::uint32_t sum = wtColumn[arrays.dSeqNums[j] & (kTableDim - 1)] +
-                                ssColumn[arrays.dsSeqNums[j] & (kTableDim - 1)] +
-                                static_cast<std::uint32_t>(row[j].score);
-      row[j].score = static_cast<std::int32_t>(sum);
-    }
-  }
+  const ProfileTables tables{&wtMatrix, &ssMatrix, midStructPen, endStructPen};
+  calc_profile_scores(members, alignLen, seqLen, arrays.dSeqNums.data(), arrays.dsSeqNums.data(), newSeq.hasSRes,
+                      tables, arrays.msNums.data(), arrays.mPenGroup.data(), matrix.data());
 }
 
 void regap_string(std::string& aligned, int oldLen, const char* templ, int newLen, const char* module) {

@@ -8,11 +8,13 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
+#include "align/score_codes.hpp"
 #include "malign/mult_align.hpp"
 #include "malign/ordering.hpp"
+#include "malign/alignment_views.hpp"
+#include "malign/pair_stage.hpp"
 #include "matrix/weight_file.hpp"
 #include "matrix/weight_matrix.hpp"
-#include "malign/alignment_views.hpp"
 #include "report/report_sections.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
@@ -159,20 +161,20 @@ std::vector<AlignRecord> do_pairs(int n) {
   std::fflush(stdout);
   const std::size_t numPairs = n > 1 ? static_cast<std::size_t>(n) * static_cast<std::size_t>(n - 1) / 2 : 0;
   std::vector<AlignRecord> pairs = checked_vector<AlignRecord>(numPairs, "do_pairs");
-  std::size_t next = 0;
-  for (int i = 0; i < n; ++i) {
-    for (int j = 0; j < i; ++j) {
-      AlignRecord& pair = pairs[next++];
-      pair.seqs = checked_vector<AlignedSeq>(2, "do_pairs");
-      pair.seqs[0].seqIndex = i;
-      pair.seqs[1].seqIndex = j;
-      do_pair_align(pair, mySeq[static_cast<std::size_t>(i)], mySeq[static_cast<std::size_t>(j)], wtMatrix, ssMatrix,
-                    gapPen, gapSizePen, midStructPen, endStructPen, 1, structBias, printPairsFlag);
-      pctHomMatrix[i][j] = pair.pctHomol;
-      pctHomMatrix[j][i] = pair.pctHomol;
-      std::printf(".");
-      std::fflush(stdout);
+  for (int i = 1, k = 0; i < n; ++i) {
+    for (int j = 0; j < i; ++j, ++k) {
+      pairs[k].seqs = checked_vector<AlignedSeq>(2, "do_pairs");
+      pairs[k].seqs[0].seqIndex = i;
+      pairs[k].seqs[1].seqIndex = j;
     }
+  }
+  const PairParams params{&wtMatrix,    &ssMatrix, gapPen,     gapSizePen,    midStructPen,
+                          endStructPen, 1,         structBias, printPairsFlag};
+  align_all_pairs(pairs, n, params);
+  for (const AlignRecord& pair : pairs) {
+    const int i = pair.seqs[0].seqIndex, j = pair.seqs[1].seqIndex;
+    pctHomMatrix[i][j] = pair.pctHomol;
+    pctHomMatrix[j][i] = pair.pctHomol;
   }
   return pairs;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "shell/errors.hpp"
+#include "shell/limits.hpp"
 #include "shell/text_input.hpp"
 
 ScoreTable wtMatrix{};

@@ -7,7 +7,8 @@
 #include <cstdio>
 #include <string>
 
-#include "shell/limits.hpp"
+inline constexpr int kTableDim = 32;  // score tables are kTableDim x kTableDim
+inline constexpr int kTableSize = kTableDim * kTableDim;
 
 using ScoreTable = std::array<std::int32_t, kTableSize>;
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
+#include "align/score_codes.hpp"
 #include "report/report_sections.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"

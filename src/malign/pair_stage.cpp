@@ -1,0 +1,137 @@
+// Sections: public routines (thread count, align_all_pairs), then the stage's
+// private helpers (batches, workers, ordered progress).
+#include "malign/pair_stage.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "seq/seq_record.hpp"
+#include "shell/errors.hpp"
+
+namespace {
+
+constexpr int kMaxThreads = 1024;
+
+int requestedThreads = 0;
+
+// A whole number from 1 up, or 0 when the text is not one.
+int parse_thread_count(const char* text) {
+  if (text == nullptr || *text == '\0') return 0;
+  char* end = nullptr;
+  const long value = std::strtol(text, &end, 10);
+  if (*end != '\0' || value < 1) return 0;
+  return static_cast<int>(std::min<long>(value, kMaxThreads));
+}
+
+// The pairs of one row sequence that one worker aligns in one go.
+struct PairBatch {
+  int row;                 // index of the row sequence
+  std::size_t firstPair;   // pair number of (row, 0)
+  std::vector<int> cols;   // column sequences
+};
+
+std::size_t pair_number(int i, int j) { return static_cast<std::size_t>(i) * (i - 1) / 2 + j; }
+
+std::vector<PairBatch> make_batches(int n) {
+  std::vector<PairBatch> batches;
+  for (int i = 1; i < n; ++i)
+    for (int j = 0; j < i; ++j) batches.push_back({i, pair_number(i, 0), {j}});
+  return batches;
+}
+
+// What the workers share. A pair's record and status belong to the worker
+// that claimed its batch until the pair's done flag is raised.
+struct Stage {
+  std::span<AlignRecord> pairs;
+  const PairParams* params;
+  std::vector<PairBatch> batches;
+  std::vector<AlignStatus> statuses;
+  std::unique_ptr<std::atomic<bool>[]> done;
+  std::atomic<std::size_t> nextBatch{0};
+  std::atomic<bool> stop{false};
+  std::mutex mutex;
+  std::condition_variable progress;
+};
+
+void run_batch(Stage& stage, AlignWorkspace& ws, const PairBatch& batch) {
+  const SeqRecord& A = mySeq[static_cast<std::size_t>(batch.row)];
+  for (int j : batch.cols) {
+    const std::size_t k = batch.firstPair + static_cast<std::size_t>(j);
+    stage.statuses[k] = align_pair(ws, stage.pairs[k], A, mySeq[static_cast<std::size_t>(j)], *stage.params);
+  }
+  for (int j : batch.cols) stage.done[batch.firstPair + static_cast<std::size_t>(j)].store(true, std::memory_order_release);
+  // Taking the lock before notifying means the waiting reader cannot miss it.
+  { std::lock_guard<std::mutex> lock(stage.mutex); }
+  stage.progress.notify_all();
+}
+
+// Claims the next batch; false when none is left or the stage stops.
+bool run_next_batch(Stage& stage, AlignWorkspace& ws) {
+  if (stage.stop.load(std::memory_order_relaxed)) return false;
+  const std::size_t b = stage.nextBatch.fetch_add(1);
+  if (b >= stage.batches.size()) return false;
+  run_batch(stage, ws, stage.batches[b]);
+  return true;
+}
+
+void worker(Stage& stage) {
+  AlignWorkspace ws;
+  while (run_next_batch(stage, ws)) {
+  }
+}
+
+void stop_workers(Stage& stage, std::vector<std::thread>& workers) {
+  stage.stop.store(true);
+  for (std::thread& t : workers) t.join();
+  workers.clear();
+}
+
+}  // namespace
+
+void set_pair_threads(int n) { requestedThreads = std::clamp(n, 0, kMaxThreads); }
+
+int pair_threads() {
+  if (requestedThreads > 0) return requestedThreads;
+  const int fromEnv = parse_thread_count(std::getenv("RAVLIN_THREADS"));
+  if (fromEnv > 0) return fromEnv;
+  const unsigned cores = std::thread::hardware_concurrency();
+  return cores > 0 ? static_cast<int>(std::min<unsigned>(cores, kMaxThreads)) : 1;
+}
+
+void align_all_pairs(std::span<AlignRecord> pairs, int n, const PairParams& params) {
+  Stage stage;
+  stage.pairs = pairs;
+  stage.params = &params;
+  stage.batches = make_batches(n);
+  stage.statuses = checked_vector<AlignStatus>(pairs.size(), "do_pairs");
+  stage.done = std::make_unique<std::atomic<bool>[]>(pairs.size());
+
+  // The calling thread is a worker too and the only one that prints.
+  const std::size_t helpers =
+      std::min(static_cast<std::size_t>(pair_threads() - 1), stage.batches.empty() ? 0 : stage.batches.size() - 1);
+  std::vector<std::thread> workers;
+  for (std::size_t t = 0; t < helpers; ++t) workers.emplace_back(worker, std::ref(stage));
+
+  AlignWorkspace ws;
+  for (std::size_t k = 0; k < pairs.size(); ++k) {
+    while (!stage.done[k].load(std::memory_order_acquire)) {
+      if (run_next_batch(stage, ws)) continue;
+      std::unique_lock<std::mutex> lock(stage.mutex);
+      stage.progress.wait(lock, [&] { return stage.done[k].load(std::memory_order_acquire); });
+    }
+    if (align_failed(stage.statuses[k])) {
+      stop_workers(stage, workers);
+      report_align_fault(stage.statuses[k]);
+    }
+    std::printf(".");
+    std::fflush(stdout);
+  }
+  stop_workers(stage, workers);
+}
