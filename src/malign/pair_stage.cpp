@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "malign/progress.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
 
@@ -32,9 +33,9 @@ int parse_thread_count(const char* text) {
 
 // The pairs of one row sequence that one worker aligns in one go.
 struct PairBatch {
-  int row;                 // index of the row sequence
-  std::size_t firstPair;   // pair number of (row, 0)
-  std::vector<int> cols;   // column sequences
+  int row;                // index of the row sequence
+  std::size_t firstPair;  // pair number of (row, 0)
+  std::vector<int> cols;  // column sequences
 };
 
 std::size_t pair_number(int i, int j) { return static_cast<std::size_t>(i) * (i - 1) / 2 + j; }
@@ -66,7 +67,8 @@ void run_batch(Stage& stage, AlignWorkspace& ws, const PairBatch& batch) {
     const std::size_t k = batch.firstPair + static_cast<std::size_t>(j);
     stage.statuses[k] = align_pair(ws, stage.pairs[k], A, mySeq[static_cast<std::size_t>(j)], *stage.params);
   }
-  for (int j : batch.cols) stage.done[batch.firstPair + static_cast<std::size_t>(j)].store(true, std::memory_order_release);
+  for (int j : batch.cols)
+    stage.done[batch.firstPair + static_cast<std::size_t>(j)].store(true, std::memory_order_release);
   // Taking the lock before notifying means the waiting reader cannot miss it.
   { std::lock_guard<std::mutex> lock(stage.mutex); }
   stage.progress.notify_all();
@@ -130,8 +132,7 @@ void align_all_pairs(std::span<AlignRecord> pairs, int n, const PairParams& para
       stop_workers(stage, workers);
       report_align_fault(stage.statuses[k]);
     }
-    std::printf(".");
-    std::fflush(stdout);
+    progress_pair(k + 1, pairs.size());
   }
   stop_workers(stage, workers);
 }

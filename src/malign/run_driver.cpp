@@ -9,10 +9,11 @@
 
 #include "align/pair_align.hpp"
 #include "align/score_codes.hpp"
+#include "malign/alignment_views.hpp"
 #include "malign/mult_align.hpp"
 #include "malign/ordering.hpp"
-#include "malign/alignment_views.hpp"
 #include "malign/pair_stage.hpp"
+#include "malign/progress.hpp"
 #include "matrix/weight_file.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "report/report_sections.hpp"
@@ -102,7 +103,8 @@ void set_weight_globals(const WeightSettings& settings) {
   blankMatch = settings.blankMatch;
 }
 
-void read_run_parms(std::FILE* parms, RunInputs& inputs, FoundFlags& found) {
+// weights, when given, stands for the weight file that RAVLIN:SCOR_MATRIX names.
+void read_run_parms(std::FILE* parms, RunInputs& inputs, FoundFlags& found, const WeightSource* weights) {
   WeightSettings weightSettings;
   const std::array<IntKey, 11> intKeys = {{{kDataFormat, 1, highest_parameter_format(), &inputs.dataFormat},
                                            {kSeqSelect, 1, kSeqSelectMax, &inputs.seqSelect},
@@ -119,28 +121,47 @@ void read_run_parms(std::FILE* parms, RunInputs& inputs, FoundFlags& found) {
   while (read_parm_key(parms, "RAVLIN", 6, word) == 1) {
     if (word == kKeyNames[kDataFile]) {
       found[kDataFile] = read_parm_string(parms, inputs.dataFname);
+    } else if (word == kKeyNames[kScorMatrix] && weights != nullptr) {
+      std::string ignored;
+      read_word(parms, ignored);
     } else if (word == kKeyNames[kScorMatrix]) {
       // The weight file is read whole at once, then closed.
-      UniqueFile weights = read_parm_fname2(parms, wtMatFname, word);
-      found[kScorMatrix] = weights ? 1 : 0;
-      if (weights) read_run_weights(weights.get(), weightSettings, found);
+      UniqueFile weightFile = read_parm_fname2(parms, wtMatFname, word);
+      found[kScorMatrix] = weightFile ? 1 : 0;
+      if (weightFile) read_run_weights(weightFile.get(), weightSettings, found);
     } else if (const IntKey* key = find_int_key(intKeys, word)) {
       found[key->id] = read_parm_int(parms, key->target, key->min, key->max, word);
       if (key->id == kSeqSelect) mSeqSelect = inputs.seqSelect - 1;
     }
   }
+  if (weights != nullptr) {
+    wtMatFname = weights->name;
+    found[kScorMatrix] = 1;
+    read_run_weights(weights->stream, weightSettings, found);
+  }
   set_weight_globals(weightSettings);
 }
 
-bool counts_as_missing(KeyId id) {
+// Before a parameter file is read: what a run assumes of the keys it may lack.
+void reset_run_parms() {
+  resLineLen = 0;
+  printPairsFlag = 0;
+  printFormat = 1;
+  asciiFlag = 0;
+}
+
+bool is_data_key(KeyId id) { return id == kDataFormat || id == kDataFile || id == kSeqSelect; }
+
+bool counts_as_missing(KeyId id, bool dataKeysNeeded) {
   if (id == kAsciiFlag) return false;
+  if (is_data_key(id)) return dataKeysNeeded;
   if (id == kPrintFormat || id == kPrintPairwise || id == kResLineLen) return asciiFlag == 1;
   return true;
 }
 
-void check_ravlin_parms(const FoundFlags& found) {
+void check_ravlin_parms(const FoundFlags& found, bool dataKeysNeeded) {
   for (int id = 0; id < kKeyCount; ++id)
-    if (found[id] == 0 && counts_as_missing(static_cast<KeyId>(id)))
+    if (found[id] == 0 && counts_as_missing(static_cast<KeyId>(id), dataKeysNeeded))
       fatal_err("check_ravlin_parms", "Missing Parameter: %s\n", kKeyNames[id]);
 }
 
@@ -157,8 +178,7 @@ bool input_order_chosen(int n) { return mSeqSelect > n; }
 bool pairwise_stage_needed(int n) { return printPairsFlag == 1 || !input_order_chosen(n) || printPctHomFlag == 1; }
 
 std::vector<AlignRecord> do_pairs(int n) {
-  std::printf("\nProcessing pairwise alignments\n");
-  std::fflush(stdout);
+  progress_text("\nProcessing pairwise alignments\n");
   const std::size_t numPairs = n > 1 ? static_cast<std::size_t>(n) * static_cast<std::size_t>(n - 1) / 2 : 0;
   std::vector<AlignRecord> pairs = checked_vector<AlignRecord>(numPairs, "do_pairs");
   for (int i = 1, k = 0; i < n; ++i) {
@@ -197,28 +217,17 @@ void print_pairs(std::span<const AlignRecord> pairs, const PrintOptions& options
 
 }  // namespace
 
-int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
-  UniqueFile parms = get_parms_file(parmsPath);
+void read_run_settings(std::FILE* parms, const WeightSource* weights) {
   FoundFlags found{};
-  resLineLen = 0;
-  printPairsFlag = 0;
-  printFormat = 1;
-  asciiFlag = 0;
+  reset_run_parms();
+  RunInputs ignored;
+  read_run_parms(parms, ignored, found, weights);
+  check_ravlin_parms(found, false);
+}
 
-  RunInputs inputs;
-  read_run_parms(parms.get(), inputs, found);
-
-  // Sequences come before the key check, so a reader's own faults show first.
-  found[kDataFile] =
-      mget_seqs(inputs.dataFname, stdout, mySeq, inputs.dataFormat, kMaxSeqs, kMinRes, kMaxRes, multAlignNum);
-  check_ravlin_parms(found);
-  parms.reset();
-
-  outfp = std::fopen(outPath.c_str(), "w");
-  if (outfp == nullptr) fatal_err("ravlin_main", "Cannot open output file: '%s'\n", outPath.c_str());
-
+void run_alignment(std::FILE* report, std::vector<int>& orderStore) {
   const int n = multAlignNum;
-  std::vector<int> orderStore(kMaxSeqs, 0);
+  orderStore.assign(kMaxSeqs, 0);
   const std::span<int> alignOrder(orderStore.data(), static_cast<std::size_t>(n));
   for (int i = 0; i < n; ++i) alignOrder[static_cast<std::size_t>(i)] = i;
   if (input_order_chosen(n) || printOrderFlag == 1) set_seq_id_str(alignOrder);
@@ -226,9 +235,12 @@ int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
   prepare_wt_matrix();
   mar.seqs = checked_vector<AlignedSeq>(static_cast<std::size_t>(n), "init_ravlin");
   mar.numSeqs = 0;
+  outfp = report;
   const PrintOptions options = run_print_options();
-  print_report_header(outfp, options);
-  std::fflush(outfp);
+  if (report != nullptr) {
+    print_report_header(report, options);
+    std::fflush(report);
+  }
 
   std::vector<AlignRecord> pairs;
   if (pairwise_stage_needed(n)) {
@@ -236,14 +248,40 @@ int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
     if (!pairs.empty()) sort_align(pairs.data(), 0, static_cast<int>(pairs.size()) - 1, 1);
     order_from_pairs(pairs, n, alignOrder);
   }
-  if (printPairsFlag == 1) print_pairs(pairs, options);
-  print_sequences_section(outfp, print_order_rows(alignOrder, printOrderFlag));
-  if (printPctHomFlag == 1) print_pct_hom_section(outfp, align_order_rows(alignOrder), pctHomMatrix);
+  if (report != nullptr) {
+    if (printPairsFlag == 1) print_pairs(pairs, options);
+    print_sequences_section(report, print_order_rows(alignOrder, printOrderFlag));
+    if (printPctHomFlag == 1) print_pct_hom_section(report, align_order_rows(alignOrder), pctHomMatrix);
+  }
 
-  std::printf("\nDoing Multiple Alignment");
-  std::fflush(stdout);
-  do_mult_align(alignOrder);
-  std::printf("\nDone\n");
+  progress_text("\nDoing Multiple Alignment");
+  if (report != nullptr)
+    do_mult_align(alignOrder);
+  else
+    build_mult_align(alignOrder);
+  progress_text("\nDone\n");
+  orderStore.resize(static_cast<std::size_t>(n));
+}
+
+int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
+  UniqueFile parms = get_parms_file(parmsPath);
+  FoundFlags found{};
+  reset_run_parms();
+
+  RunInputs inputs;
+  read_run_parms(parms.get(), inputs, found, nullptr);
+
+  // Sequences come before the key check, so a reader's own faults show first.
+  found[kDataFile] =
+      mget_seqs(inputs.dataFname, stdout, mySeq, inputs.dataFormat, kMaxSeqs, kMinRes, kMaxRes, multAlignNum);
+  check_ravlin_parms(found, true);
+  parms.reset();
+
+  outfp = std::fopen(outPath.c_str(), "w");
+  if (outfp == nullptr) fatal_err("ravlin_main", "Cannot open output file: '%s'\n", outPath.c_str());
+
+  std::vector<int> alignOrder;
+  run_alignment(outfp, alignOrder);
   std::fflush(outfp);
   return 0;
 }

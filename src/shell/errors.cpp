@@ -6,6 +6,8 @@ namespace {
 
 const char* const kStars = "**************************************************\n";
 
+ErrorHook errorHook = nullptr;
+
 std::string vformat_text(const char* format, va_list args) {
   va_list copy;
   va_copy(copy, args);
@@ -19,7 +21,14 @@ std::string vformat_text(const char* format, va_list args) {
 
 }  // namespace
 
+void set_error_hook(ErrorHook hook) { errorHook = hook; }
+
 void show_err(int level, const char* module, const char* message) {
+  if (errorHook != nullptr) {
+    errorHook(level, module, message);
+    if (level == 1) std::exit(1);
+    return;
+  }
   std::printf("\n%s\n", kStars);
   std::printf("%s\n\n", level == 1 ? " Fatal Error Detected!" : " Warning, Error Detected!");
   std::printf(" Module.: %s\n", module);
@@ -29,6 +38,10 @@ void show_err(int level, const char* module, const char* message) {
 }
 
 void show_err_mem(const char* module) {
+  if (errorHook != nullptr) {
+    errorHook(1, module, "Out of memory");
+    return;
+  }
   std::printf("\n%s\n", kStars);
   std::printf(" Fatal Error: Out of memory...aborting\n");
   std::printf(" Module: %s\n", module);

@@ -14,6 +14,13 @@
 #include <vector>
 
 void show_err(int level, const char* module, const char* message);
+
+// A program other than the designed ones may take over how errors are shown:
+// with a hook set, show_err and the out-of-memory report call it instead of
+// printing their frames (message "Out of memory" for the latter). A fatal
+// error still ends the process with status 1 if the hook returns.
+using ErrorHook = void (*)(int level, const char* module, const char* message);
+void set_error_hook(ErrorHook hook);
 void show_err_mem(const char* module);
 void* emalloc(std::size_t size, const char* module);
 void* ecalloc(std::size_t count, std::size_t size, const char* module);
