@@ -1,0 +1,32 @@
+// ravlin-align's command line: what it asks for, and the parsing of it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+enum class OutFormat { kFasta, kClustal, kStockholm, kReport, kMolvane };
+
+struct AlignOptions {
+  std::string input;                 // a file, or "-" for standard input
+  std::string inFormat;              // empty: recognised from the content
+  std::string output;                // empty: standard output
+  bool force = false;                // replace an existing output file
+  OutFormat outFormat = OutFormat::kFasta;
+  std::string order = "computed";    // computed, input, or a sequence's id
+  bool alignedOutputOrder = false;   // rows in the alignment's order
+  std::string paramsFile;            // run settings; empty: the shipped ones
+  std::string weightsFile;           // score tables and gap penalties; empty: as the settings say
+  std::vector<std::string> ssFiles;  // structure sources, "FILE", "ID=FILE" or "ID=FILE:CHAIN"
+  std::string anchorsFile;
+  int threads = 0;                   // 0: every available core
+  bool quiet = false;
+};
+
+enum class ParseResult { kRun, kHelp, kVersion, kUsageError };
+
+// Parses argv into options; on kUsageError, error holds a one-line message.
+ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, std::string& error);
+
+// The short usage shown with a usage error, and the whole help text.
+extern const char* const kAlignUsage;
+std::string align_help_text();
