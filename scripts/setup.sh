@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what ravlin needs to build and test, when it is missing:
-# a C++20 compiler, CMake, GoogleTest and (optional) Google Benchmark.
+# a C++20 compiler, CMake, GoogleTest, (optional) Google Benchmark, and mkdssp
+# (Debian package dssp), which the structure tests run on a shipped PDB entry.
 set -euo pipefail
 
 missing=()
@@ -9,6 +10,7 @@ command -v cmake >/dev/null 2>&1 || missing+=(cmake)
 [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev)
+command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"
