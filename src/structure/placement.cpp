@@ -102,7 +102,10 @@ bool place_structure(const StructEntry& entry, const std::string& seqId, const s
                      std::string& sRes, std::string& error) {
   const std::string where = "structure for " + seqId + " in " + entry.origin;
   std::string mapped;
-  for (const char raw : entry.states) mapped += map_structure_state(raw);
+  for (const char raw : entry.states) {
+    const char state = map_structure_state(raw);
+    mapped += state != 0 ? state : 'X';
+  }
   if (entry.residues.empty()) {
     if (mapped.size() != sequence.size()) {
       error = where + " has " + count_text(mapped.size(), "states") + " but the sequence has " +

@@ -121,7 +121,10 @@ bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vecto
         return false;
       }
       StockholmRow& row = structs[second];
-      if (row.line == 0) order.push_back(second), row.line = lineNo;
+      if (row.line == 0) {
+        order.push_back(second);
+        row.line = lineNo;
+      }
       row.text += fourth;
     } else if (first[0] != '#' && words >> second) {
       StockholmRow& row = seqs[first];
