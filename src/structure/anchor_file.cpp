@@ -18,8 +18,7 @@ bool read_anchor_file(const std::string& path, std::vector<AnchorEntry>& out, st
 }
 
 bool assign_anchors(const std::vector<AnchorEntry>& entries, const std::vector<std::string>& ids,
-                    const std::vector<std::string>& sequences, std::vector<std::string>& uRes,
-                    std::string& error) {
+                    const std::vector<std::string>& sequences, std::vector<std::string>& uRes, std::string& error) {
   std::map<std::string, const AnchorEntry*> byId;
   for (const AnchorEntry& entry : entries) {
     const auto [it, added] = byId.emplace(entry.id, &entry);

@@ -18,5 +18,4 @@ bool read_anchor_file(const std::string& path, std::vector<AnchorEntry>& out, st
 // entry gets all '-'. Errors as for structure: an unknown or repeated id, or
 // symbols not as many as the residues.
 bool assign_anchors(const std::vector<AnchorEntry>& entries, const std::vector<std::string>& ids,
-                    const std::vector<std::string>& sequences, std::vector<std::string>& uRes,
-                    std::string& error);
+                    const std::vector<std::string>& sequences, std::vector<std::string>& uRes, std::string& error);

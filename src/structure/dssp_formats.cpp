@@ -39,8 +39,7 @@ void note_chain(std::vector<std::string>& chains, const std::string& chain) {
 // Residue lines follow the "  #  RESIDUE" header: chain in column 12, the
 // one-letter residue in column 14 ('!' marks a break, lower case a bridged
 // cysteine), the state in column 17.
-bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                  std::string& error) {
+bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
   const std::vector<std::string_view> lines = split_lines(text);
   std::size_t k = 0;
   while (k < lines.size() && !starts_with(lines[k], "  #  RESIDUE")) ++k;
@@ -206,7 +205,8 @@ bool read_cif_tables(const std::string& path, std::string_view text, std::map<st
       for (; more && !ends_values(token); more = next_token(s, token))
         if (table != nullptr) table->values.push_back(token.text);
       if (table != nullptr && table->values.size() % table->fields.size() != 0) {
-        error = file_line(path, loopLine) + "the " + category + " loop does not fill its last row; the file looks damaged";
+        error =
+            file_line(path, loopLine) + "the " + category + " loop does not fill its last row; the file looks damaged";
         return false;
       }
     } else if (is_tag(token)) {
@@ -267,7 +267,8 @@ bool select_chain(const StructSpec& spec, const std::map<std::string, CifTable>&
   const int monCol = table.column(fromScheme ? "mon_id" : "label_comp_id");
   const int authCol = table.column("pdb_strand_id"), seenCol = table.column("pdb_mon_id");
   if (asymCol < 0 || seqCol < 0 || monCol < 0) {
-    error = file_line(spec.path, table.line) + "the residue table lacks chain, number or residue columns";
+    error = file_line(spec.path, table.line) +
+            "the residue table lacks chain, number or residue columns; give mkdssp's output unchanged";
     return false;
   }
   std::vector<std::string> chains;
@@ -275,18 +276,22 @@ bool select_chain(const StructSpec& spec, const std::map<std::string, CifTable>&
     const std::string asym(table.at(r, asymCol));
     const std::string auth(authCol < 0 ? asym : std::string(table.at(r, authCol)));
     note_chain(chains, auth);
-    if (chainShown.empty()) chainShown = spec.chain.empty() ? auth : spec.chain;
+    const char letter = residue_letter(table.at(r, monCol));
+    // By default the first chain with an amino acid: nucleic acids come first in some files.
+    if (chainShown.empty() && !spec.chain.empty()) chainShown = spec.chain;
+    if (chainShown.empty() && letter != 'X') chainShown = auth;
     if (auth != chainShown && asym != chainShown) continue;
     if (seenCol >= 0 && table.at(r, seenCol) == "?") continue;  // no coordinates
-    CifResidue residue{asym, 0, residue_letter(table.at(r, monCol)), '-'};
+    CifResidue residue{asym, 0, letter, '-'};
     if (!to_int(table.at(r, seqCol), residue.seq)) {
-      error = file_line(spec.path, table.line) + "a residue number that is not a number in the residue table";
+      error = file_line(spec.path, table.line) +
+              "a residue number in the residue table is not a number; the file looks damaged";
       return false;
     }
     residues.push_back(residue);
   }
   if (residues.empty()) {
-    error = spec.chain.empty() ? spec.path + ": the mmCIF file lists no residues with coordinates"
+    error = spec.chain.empty() ? spec.path + ": the mmCIF file lists no amino acids with coordinates"
                                : no_chain_message(spec, chains);
     return false;
   }
@@ -334,8 +339,7 @@ void apply_ranges(const CifTable& table, bool strands, std::vector<CifResidue>& 
 
 }  // namespace
 
-bool read_ss_mmcif(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                   std::string& error) {
+bool read_ss_mmcif(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
   std::map<std::string, CifTable> tables;
   if (!read_cif_tables(spec.path, text, tables, error)) return false;
   const auto summary = tables.find("_dssp_struct_summary");

@@ -21,7 +21,12 @@ constexpr int kGapOpen = 10;
 constexpr std::int64_t kMaxCells = std::int64_t{1} << 27;
 constexpr int kNone = std::numeric_limits<int>::min() / 4;
 
-bool is_identity(char structRes, char seqRes) { return structRes == seqRes || structRes == 'X'; }
+// An unknown residue in the structure (X: a modified or unidentified one) sits
+// wherever its neighbours put it but proves nothing about the match.
+int match_score(char structRes, char seqRes) {
+  if (structRes == 'X') return 0;
+  return structRes == seqRes ? kIdentity : kSubstitution;
+}
 
 // Traceback byte per cell: bits 0-1 where a pair came from, bits 2-3 where a
 // structure residue without partner came from, bits 4-5 likewise for a
@@ -61,7 +66,7 @@ std::vector<int> match_residues(const std::string& s, const std::string& q) {
     pair[0] = kNone, qskip[0] = kNone, sskip[0] = 0;
     trace[i * w] = static_cast<std::uint8_t>(kFromStart << 2);
     for (std::size_t j = 1; j <= n; ++j) {
-      const int sub = is_identity(s[i - 1], q[j - 1]) ? kIdentity : kSubstitution;
+      const int sub = match_score(s[i - 1], q[j - 1]);
       const Best p = best_of(prevPair[j - 1], prevS[j - 1], prevQ[j - 1]);
       const Best a = best_of(prevPair[j] - kGapOpen, prevS[j], prevQ[j] - kGapOpen);
       const Best b = best_of(pair[j - 1] - kGapOpen, sskip[j - 1] - kGapOpen, qskip[j - 1]);
@@ -98,8 +103,8 @@ std::string count_text(std::size_t count, const char* what) { return std::to_str
 
 // ---- public routines ----
 
-bool place_structure(const StructEntry& entry, const std::string& seqId, const std::string& sequence,
-                     std::string& sRes, std::string& error) {
+bool place_structure(const StructEntry& entry, const std::string& seqId, const std::string& sequence, std::string& sRes,
+                     std::string& error) {
   const std::string where = "structure for " + seqId + " in " + entry.origin;
   std::string mapped;
   for (const char raw : entry.states) {
@@ -125,27 +130,31 @@ bool place_structure(const StructEntry& entry, const std::string& seqId, const s
             ") to match to the sequence; give only the chain that belongs to it";
     return false;
   }
+  const std::size_t known =
+      entry.residues.size() - static_cast<std::size_t>(std::count(entry.residues.begin(), entry.residues.end(), 'X'));
   const std::vector<int> partner = match_residues(entry.residues, sequence);
   sRes.assign(sequence.size(), 'X');
   std::size_t identical = 0;
   for (std::size_t i = 0; i < partner.size(); ++i) {
     if (partner[i] < 0) continue;
     sRes[static_cast<std::size_t>(partner[i])] = mapped[i];
-    identical += is_identity(entry.residues[i], sequence[static_cast<std::size_t>(partner[i])]);
+    identical += match_score(entry.residues[i], sequence[static_cast<std::size_t>(partner[i])]) == kIdentity;
   }
-  if (identical * 100 < entry.residues.size() * static_cast<std::size_t>(kMinPlacedPercent)) {
-    error = where + " matches only " + std::to_string(identical) + " of its " +
-            count_text(entry.residues.size(), "residues") + " to sequence " + seqId + " (" +
-            count_text(sequence.size(), "residues") + "); at least " + std::to_string(kMinPlacedPercent) +
-            "% must match: check that the file and chain are this protein's";
+  if (known == 0) {
+    error = where + " has only unknown residues (X), which cannot be matched to the sequence; check the file";
+    return false;
+  }
+  if (identical * 100 < known * static_cast<std::size_t>(kMinPlacedPercent)) {
+    error = where + " matches only " + std::to_string(identical) + " of its " + count_text(known, "known residues") +
+            " to sequence " + seqId + " (" + count_text(sequence.size(), "residues") + "); at least " +
+            std::to_string(kMinPlacedPercent) + "% must match: check that the file and chain are this protein's";
     return false;
   }
   return true;
 }
 
 bool assign_structures(const std::vector<StructEntry>& entries, const std::vector<std::string>& ids,
-                       const std::vector<std::string>& sequences, std::vector<std::string>& sRes,
-                       std::string& error) {
+                       const std::vector<std::string>& sequences, std::vector<std::string>& sRes, std::string& error) {
   std::map<std::string, const StructEntry*> byId;
   for (const StructEntry& entry : entries) {
     const auto [it, added] = byId.emplace(entry.id, &entry);

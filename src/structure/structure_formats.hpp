@@ -31,19 +31,15 @@ struct FastaRecord {
 // Reads FASTA-style records. Within a data line, characters are kept as they
 // stand (a blank may be data); blanks at the end of a line are dropped. Each
 // character must be one of allowed, else the error names file, line and id.
-bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed,
-                        const char* what, std::vector<FastaRecord>& out, std::string& error);
+bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed, const char* what,
+                        std::vector<FastaRecord>& out, std::string& error);
 
-bool read_ss_fasta(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                   std::string& error);
+bool read_ss_fasta(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
 bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
                        std::string& error);
-bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                  std::string& error);
-bool read_ss_mmcif(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                   std::string& error);
-bool read_ss_psipred(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                     std::string& error);
+bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
+bool read_ss_mmcif(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
+bool read_ss_psipred(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
 
 // One-letter code of a three-letter residue name; 'X' for any other.
 char residue_letter(std::string_view name);

@@ -4,6 +4,7 @@
 // Sections: public routines; shared helpers; private helpers.
 #include "structure/structure_source.hpp"
 
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -94,12 +95,18 @@ bool read_structure_source(const std::string& text, std::vector<StructEntry>& ou
   }
   if (spec.id.empty() && !ownsIds) spec.id = id_from_path(spec.path);
   switch (format) {
-    case Format::Fasta: return read_ss_fasta(spec, content, out, error);
-    case Format::Stockholm: return read_ss_stockholm(spec, content, out, error);
-    case Format::Dssp: return read_ss_dssp(spec, content, out, error);
-    case Format::Mmcif: return read_ss_mmcif(spec, content, out, error);
-    case Format::Psipred: return read_ss_psipred(spec, content, out, error);
-    case Format::Unknown: break;
+    case Format::Fasta:
+      return read_ss_fasta(spec, content, out, error);
+    case Format::Stockholm:
+      return read_ss_stockholm(spec, content, out, error);
+    case Format::Dssp:
+      return read_ss_dssp(spec, content, out, error);
+    case Format::Mmcif:
+      return read_ss_mmcif(spec, content, out, error);
+    case Format::Psipred:
+      return read_ss_psipred(spec, content, out, error);
+    case Format::Unknown:
+      break;
   }
   error = spec.path +
           ": not a structure file ravlin knows; give FASTA-style states ('>' headers), DSSP or mmCIF "
@@ -108,14 +115,15 @@ bool read_structure_source(const std::string& text, std::vector<StructEntry>& ou
 }
 
 char map_structure_state(char raw) {
-  switch (raw) {
-    case 'H': case 'G': case 'I': case 'h': case 'g': case 'i': return 'H';
-    case 'E': case 'B': case 'e': case 'b': return 'B';
-    case 'T': case 'S': case 't': case 's': return 'T';
-    case 'P': case 'C': case 'p': case 'c': case '-': case ' ': return 'C';
-    case 'X': case 'x': return 'X';
-    default: return 0;
-  }
+  struct Group {
+    std::string_view letters;
+    char state;
+  };
+  static constexpr Group kGroups[] = {{"HGI", 'H'}, {"EB", 'B'}, {"TS", 'T'}, {"PC- ", 'C'}, {"X", 'X'}};
+  const char upper = static_cast<char>(std::toupper(static_cast<unsigned char>(raw)));
+  for (const Group& group : kGroups)
+    if (group.letters.find(upper) != std::string_view::npos) return group.state;
+  return 0;
 }
 
 // ---- shared helpers ----
@@ -143,8 +151,8 @@ bool read_text_file(const std::string& path, std::string& text, std::string& err
   errno = 0;
   std::ifstream in(path, std::ios::binary);
   if (!in) {
-    error = "cannot read " + path + " (" + (errno != 0 ? std::strerror(errno) : "cannot open") +
-            "); check the file name";
+    error =
+        "cannot read " + path + " (" + (errno != 0 ? std::strerror(errno) : "cannot open") + "); check the file name";
     return false;
   }
   std::ostringstream buffer;
@@ -161,9 +169,9 @@ std::string id_from_path(const std::string& path) {
 std::string file_line(const std::string& path, int line) { return path + " line " + std::to_string(line) + ": "; }
 
 char residue_letter(std::string_view name) {
-  static const char* const kNames[] = {"ALA", "ARG", "ASN", "ASP", "CYS", "GLN", "GLU", "GLY", "HIS", "ILE",
-                                       "LEU", "LYS", "MET", "PHE", "PRO", "SER", "THR", "TRP", "TYR", "VAL",
-                                       "MSE", "SEC", "PYL"};
+  static const char* const kNames[] = {"ALA", "ARG", "ASN", "ASP", "CYS", "GLN", "GLU", "GLY",
+                                       "HIS", "ILE", "LEU", "LYS", "MET", "PHE", "PRO", "SER",
+                                       "THR", "TRP", "TYR", "VAL", "MSE", "SEC", "PYL"};
   static const char kLetters[] = "ARNDCQEGHILKMFPSTWYVMUO";
   for (std::size_t k = 0; k < sizeof kNames / sizeof kNames[0]; ++k)
     if (name == kNames[k]) return kLetters[k];

@@ -22,7 +22,7 @@ struct StructEntry {
 
 // What a source argument names: FILE, ID=FILE or ID=FILE:CHAIN.
 struct StructSpec {
-  std::string id;     // empty: taken from the file
+  std::string id;  // empty: taken from the file
   std::string path;
   std::string chain;  // empty: the first chain
 };

@@ -33,8 +33,8 @@ std::string shown(char c) {
 
 // ---- shared FASTA-style reading ----
 
-bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed,
-                        const char* what, std::vector<FastaRecord>& out, std::string& error) {
+bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed, const char* what,
+                        std::vector<FastaRecord>& out, std::string& error) {
   const std::vector<std::string_view> lines = split_lines(text);
   std::vector<FastaRecord> records;
   for (std::size_t k = 0; k < lines.size(); ++k) {
@@ -81,11 +81,10 @@ bool read_fasta_records(const std::string& path, std::string_view text, std::str
 
 // ---- FASTA-style states ----
 
-bool read_ss_fasta(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                   std::string& error) {
+bool read_ss_fasta(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
   std::vector<FastaRecord> records;
-  if (!read_fasta_records(spec.path, text, kStateLetters, "a structure state (H G I E B T S P C, '-' or X)",
-                          records, error))
+  if (!read_fasta_records(spec.path, text, kStateLetters, "a structure state (H G I E B T S P C, '-' or X)", records,
+                          error))
     return false;
   for (const FastaRecord& record : records) out.push_back({record.id, "", record.data, spec.path});
   return true;
@@ -213,8 +212,7 @@ bool read_horiz(const StructSpec& spec, const std::vector<std::string_view>& lin
 
 }  // namespace
 
-bool read_ss_psipred(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
-                     std::string& error) {
+bool read_ss_psipred(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
   const std::vector<std::string_view> lines = split_lines(text);
   bool horiz = false;
   for (const std::string_view line : lines) horiz = horiz || trim(line).substr(0, 5) == "Pred:";

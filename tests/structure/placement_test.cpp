@@ -24,7 +24,7 @@ TEST(PlaceStructure, MatchesResiduesAndMarksTheRestX) {
        std::string(10, 'H') + std::string(10, 'T')},
       {"a point mutant keeps its place", "ACDEFGHIALMNPQRSTVWY", "CCCCCCCCCHCCCCCCCCCC", kTwenty,
        "CCCCCCCCCHCCCCCCCCCC"},
-      {"an unknown residue matches anything", "ACDEFGHIXLMNPQRSTVWY", "CCCCCCCCCHCCCCCCCCCC", kTwenty,
+      {"an unknown residue keeps its place", "ACDEFGHIXLMNPQRSTVWY", "CCCCCCCCCHCCCCCCCCCC", kTwenty,
        "CCCCCCCCCHCCCCCCCCCC"},
   };
   for (const Case& c : cases) {
@@ -54,8 +54,11 @@ TEST(AssignStructures, MatchesByIdAndReportsEachFault) {
        "d.dssp chain A gives structure for s9, which is not an input sequence; check the id (the first word of its "
        "header) or name it as ID=FILE"},
       {{{"s2", "ACDEFGHIKLMNPWWWWWWW", std::string(20, 'H'), "e.dssp chain B"}},
-       "structure for s2 in e.dssp chain B matches only 14 of its 20 residues to sequence s2 (20 residues); at "
+       "structure for s2 in e.dssp chain B matches only 14 of its 20 known residues to sequence s2 (20 residues); at "
        "least 90% must match: check that the file and chain are this protein's"},
+      {{{"s3", "XXX", "HHH", "f.cif chain A"}},
+       "structure for s3 in f.cif chain A has only unknown residues (X), which cannot be matched to the sequence; "
+       "check the file"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.message);
@@ -80,10 +83,12 @@ TEST(AnchorFile, ReadsChecksAndAssigns) {
   };
   const std::vector<Case> cases = {
       {">s1\n-*6\n", "{F} line 2: '6' in s1 is not an anchor symbol ('-', '*' or 1 to 5)"},
-      {">s1\n-*1\n", "anchors for s1 in {F} line 1 have 3 symbols but the sequence has 7 residues; give one symbol per "
-                     "residue"},
-      {">s4\n---\n", "{F} line 1 gives anchors for s4, which is not an input sequence; check the id (the first word "
-                     "of its header)"},
+      {">s1\n-*1\n",
+       "anchors for s1 in {F} line 1 have 3 symbols but the sequence has 7 residues; give one symbol per "
+       "residue"},
+      {">s4\n---\n",
+       "{F} line 1 gives anchors for s4, which is not an input sequence; check the id (the first word "
+       "of its header)"},
       {">s3\n---\n>s3\n---\n", "anchors for s3 are given twice ({F} line 1 and {F} line 3); give them once"},
   };
   for (const Case& c : cases) {

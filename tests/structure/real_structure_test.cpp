@@ -16,8 +16,8 @@ using testsupport::source_path;
 std::vector<SeqRecord> read_example(const std::string& name, bool molvane) {
   const UniqueFile in = open_file(source_path("examples/" + name).string(), "r");
   std::vector<SeqRecord> records;
-  for (SeqRecord record; (molvane ? read_seq_molvane(in.get(), record, 3, 4000)
-                                  : read_seq_text(in.get(), record, 3, 4000)) == 1;
+  for (SeqRecord record;
+       (molvane ? read_seq_molvane(in.get(), record, 3, 4000) : read_seq_text(in.get(), record, 3, 4000)) == 1;
        record = SeqRecord{})
     records.push_back(record);
   return records;
@@ -59,24 +59,24 @@ TEST(RealStructure, ShippedExamplesAgreeWithTheirStructureLines) {
     const char* file;
     bool molvane, anchors;
   };
-  for (const Example& e : {Example{"gluts", "gluts.txt", false, false},
-                           Example{"pla2_anchored", "pla2_anchored.txt", false, true},
-                           Example{"lysozyme", "lysozyme.molvane", true, false}}) {
+  for (const Example& e :
+       {Example{"gluts", "gluts.txt", false, false}, Example{"pla2_anchored", "pla2_anchored.txt", false, true},
+        Example{"lysozyme", "lysozyme.molvane", true, false}}) {
     SCOPED_TRACE(e.stem);
     const std::vector<SeqRecord> records = read_example(e.file, e.molvane);
     std::vector<std::string> ids, seqs, sRes, uRes;
     read_fasta_sequences(source_path(std::string("examples/") + e.stem + ".fa").string(), ids, seqs);
     std::vector<StructEntry> entries;
     std::string error;
-    ASSERT_TRUE(read_structure_source(source_path(std::string("examples/") + e.stem + ".ss.fa").string(), entries,
-                                      error) &&
-                assign_structures(entries, ids, seqs, sRes, error))
+    ASSERT_TRUE(
+        read_structure_source(source_path(std::string("examples/") + e.stem + ".ss.fa").string(), entries, error) &&
+        assign_structures(entries, ids, seqs, sRes, error))
         << error;
     std::vector<AnchorEntry> anchors;
     if (e.anchors) {
-      ASSERT_TRUE(read_anchor_file(source_path(std::string("examples/") + e.stem + ".anchors.fa").string(), anchors,
-                                   error) &&
-                  assign_anchors(anchors, ids, seqs, uRes, error))
+      ASSERT_TRUE(
+          read_anchor_file(source_path(std::string("examples/") + e.stem + ".anchors.fa").string(), anchors, error) &&
+          assign_anchors(anchors, ids, seqs, uRes, error))
           << error;
     }
     ASSERT_EQ(ids.size(), records.size());
@@ -103,9 +103,9 @@ TEST(RealStructure, ReadsMkdsspOutputInBothFormats) {
   for (const std::string_view line : split_lines(pdb))
     if (line.substr(0, 4) == "ATOM" || line.substr(0, 3) == "TER") model += std::string(line) + "\n";
   dir.write("model.pdb", model);
-  for (const char* run : {"mkdssp --output-format dssp 1dpx.pdb 1dpx.dssp",
-                          "mkdssp --output-format mmcif 1dpx.pdb 1dpx.cif",
-                          "mkdssp --output-format dssp model.pdb model.dssp"})
+  for (const char* run :
+       {"mkdssp --output-format dssp 1dpx.pdb 1dpx.dssp", "mkdssp --output-format mmcif 1dpx.pdb 1dpx.cif",
+        "mkdssp --output-format dssp model.pdb model.dssp"})
     ASSERT_EQ(testsupport::run_command(std::string(run) + " 2>&1", "", dir.path()).status, 0) << run;
 
   const std::string dssp = dir.file("1dpx.dssp").string();

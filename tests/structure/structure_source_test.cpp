@@ -42,7 +42,7 @@ struct FormatCase {
   const char* label;
   const char* fileName;
   std::string content;
-  std::string before, after;  // around the path in the source argument
+  std::string before, after;          // around the path in the source argument
   std::vector<StructEntry> expected;  // origin "{F}" stands for the path
 };
 
@@ -69,21 +69,35 @@ TEST(ReadStructureSource, ReadsEachFormat) {
        "",
        {{"s1", "", "HHE-T-C", "{F}"}, {"s2", "", "-HHHHH-", "{F}"}}},
       {"classic DSSP, first chain; bridged cysteine and break",
-       "1abc.dssp", kDssp, "", "", {{"1abc", "KVC", " BH", "{F} chain A"}}},
+       "1abc.dssp",
+       kDssp,
+       "",
+       "",
+       {{"1abc", "KVC", " BH", "{F} chain A"}}},
       {"classic DSSP, chosen chain and id", "1abc.dssp", kDssp, "x=", ":B", {{"x", "G", "E", "{F} chain B"}}},
       {"mmCIF summary table", "2xyz.cif.txt", kSummaryCif, "", "", {{"2xyz", "KVM", "-BH", "{F} chain A"}}},
-      {"mmCIF ranges, first chain by author name", "t2.cif", kRangesCif, "", "",
+      {"mmCIF ranges, first chain by author name",
+       "t2.cif",
+       kRangesCif,
+       "",
+       "",
        {{"t2", "ALIVG", "GGEE-", "{F} chain X"}}},
       {"mmCIF ranges, chain by author name", "t2.cif", kRangesCif, "w=", ":Y", {{"w", "W", "E", "{F} chain Y"}}},
       {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "w=", ":B", {{"w", "W", "E", "{F} chain B"}}},
-      {"PSIPRED .ss2", "query.ss2",
+      {"PSIPRED .ss2",
+       "query.ss2",
        "# PSIPRED VFORMAT (PSIPRED V4.0)\n\n   1 M C   0.998  0.001  0.002\n   2 k H   0.100  0.800  0.100\n"
        "   3 L E   0.100  0.100  0.800\n",
-       "", "", {{"query", "MKL", "CHE", "{F}"}}},
-      {"PSIPRED .horiz", "query.horiz",
+       "",
+       "",
+       {{"query", "MKL", "CHE", "{F}"}}},
+      {"PSIPRED .horiz",
+       "query.horiz",
        "# PSIPRED HFORMAT (PSIPRED V4.0)\n\nConf: 9876\nPred: CCHH\n  AA: MKLV\n              10\n\n"
        "Conf: 12\nPred: EE\n  AA: GA\n",
-       "q=", "", {{"q", "MKLVGA", "CCHHEE", "{F}"}}},
+       "q=",
+       "",
+       {{"q", "MKLVGA", "CCHHEE", "{F}"}}},
   };
   for (const FormatCase& c : cases) {
     SCOPED_TRACE(c.label);
@@ -150,7 +164,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "{F}: not a structure file ravlin knows; give FASTA-style states ('>' headers), DSSP or mmCIF output of "
        "mkdssp, a PSIPRED .ss2 or .horiz file, or Stockholm with #=GR SS lines"},
       {"x.ss.fa", ">a\nHHQ\n", "", "", "{F} line 2: 'Q' in a is not a structure state (H G I E B T S P C, '-' or X)"},
-      {"x.ss.fa", ">a\nHH\tH\n", "", "", "{F} line 2: byte 9 in a is not a structure state (H G I E B T S P C, '-' or X)"},
+      {"x.ss.fa", ">a\nHH\tH\n", "", "",
+       "{F} line 2: byte 9 in a is not a structure state (H G I E B T S P C, '-' or X)"},
       {"x.ss.fa", "\n>\nHH\n", "", "", "{F} line 2: a header without an id; write the sequence id after '>'"},
       {"x.ss.fa", ">a\n>b\nH\n", "", "", "{F} line 1: a has no symbols; give one per residue or remove the entry"},
       {"x.ss.fa", ">a\nH\n", "y=", "", "{F}: this file names its own sequences; give it without 'y='"},
@@ -160,7 +175,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "{F} line 3: not a PSIPRED .ss2 line (number, residue, state H, E or C, three scores); check the file"},
       {"q.horiz", "# PSIPRED HFORMAT\nPred: CCH\n  AA: MK\n", "", "",
        "{F}: 3 predicted states but 2 residues on the AA lines; the file looks cut short"},
-      {"q.horiz", "# PSIPRED HFORMAT\n", "", "", "{F}: no predicted residues found; give PSIPRED's .ss2 or .horiz output"},
+      {"q.horiz", "# PSIPRED HFORMAT\n", "", "",
+       "{F}: no predicted residues found; give PSIPRED's .ss2 or .horiz output"},
       {"d.dssp", twoChains, "", ":C", "{F} has no chain C (chains: A B); name one of them as ID=FILE:CHAIN"},
       {"d.dssp", "  #  RESIDUE AA STRUCTURE\n    1    1 A K\n", "", "",
        "{F} line 2: a residue line shorter than 17 columns; the DSSP file looks damaged"},
@@ -172,7 +188,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "{F}: no secondary structure in this mmCIF file; run mkdssp on it and give its output"},
       {"m.cif", "data_x\nloop_\n_struct_conf.id\n_struct_conf.conf_type_id\nH1\n", "", "",
        "{F} line 2: the _struct_conf loop does not fill its last row; the file looks damaged"},
-      {"m.cif", "data_x\n_struct_conf.id\n", "", "", "{F} line 2: _struct_conf.id has no value; the file looks damaged"},
+      {"m.cif", "data_x\n_struct_conf.id\n", "", "",
+       "{F} line 2: _struct_conf.id has no value; the file looks damaged"},
       {"m.cif", kSummaryCif, "", ":Z", "{F} has no chain Z (chains: A B); name one of them as ID=FILE:CHAIN"},
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HH\n//\n", "", "",
        "{F} line 3: the SS line of s1 has 2 columns but its aligned sequence has 3; give one SS column per "
@@ -182,7 +199,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "alignment column"},
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HQH\n//\n", "", "",
        "{F} line 3: 'Q' in the SS line of s1 is not a structure state (H G I E B T S P C, '-' or X)"},
-      {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n//\n", "", "", "{F}: no '#=GR ID SS' lines found; Stockholm structure needs them"},
+      {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n//\n", "", "",
+       "{F}: no '#=GR ID SS' lines found; Stockholm structure needs them"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.message);
