@@ -1,3 +1,4 @@
+// Placing structure on sequences, matching by id, and anchor files.
 #include "structure/placement.hpp"
 
 #include "structure/anchor_file.hpp"

@@ -1,3 +1,5 @@
+// Reading structure sources: each format, the state mapping, the forms of a
+// source argument and every reader's message.
 #include "structure/structure_source.hpp"
 
 #include <cstdio>
@@ -158,7 +160,6 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
     const char* fileName;
     std::string content, before, after, message;  // "{F}" stands for the path
   };
-  const std::string twoChains = kDssp;
   const std::vector<Case> cases = {
       {"x.txt", "just text\n", "", "",
        "{F}: not a structure file ravlin knows; give FASTA-style states ('>' headers), DSSP or mmCIF output of "
@@ -177,7 +178,7 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "{F}: 3 predicted states but 2 residues on the AA lines; the file looks cut short"},
       {"q.horiz", "# PSIPRED HFORMAT\n", "", "",
        "{F}: no predicted residues found; give PSIPRED's .ss2 or .horiz output"},
-      {"d.dssp", twoChains, "", ":C", "{F} has no chain C (chains: A B); name one of them as ID=FILE:CHAIN"},
+      {"d.dssp", kDssp, "", ":C", "{F} has no chain C (chains: A B); name one of them as ID=FILE:CHAIN"},
       {"d.dssp", "  #  RESIDUE AA STRUCTURE\n    1    1 A K\n", "", "",
        "{F} line 2: a residue line shorter than 17 columns; the DSSP file looks damaged"},
       {"d.dssp", "  #  RESIDUE AA STRUCTURE\n" + dssp_line(1, 'A', 'K', 'Q'), "", "",
