@@ -7,7 +7,9 @@ BENCH_DATA_DIR holds homstrad/<family>.ref.fa (the structure alignment,
 aligned FASTA with '-' gaps) and homstrad/<family>.ss.fa (one DSSP code per
 residue, ungapped). OUT_DIR defaults to the examples/ directory beside this
 script. The sequences are written without gaps, in upper case, with the
-DSSP codes reduced to ravlin's four structure codes.
+DSSP codes reduced to ravlin's four structure codes. Each example is also
+written in the form users have: NAME.fa (the residues), NAME.ss.fa (the DSSP
+codes as they are, '-' for none) and, where it has anchors, NAME.anchors.fa.
 """
 
 import os
@@ -138,6 +140,11 @@ def molvane_entry(name, title, residues, structure, user):
     return "\n".join(out) + "\n\n"
 
 
+def fasta_entry(name, title, text):
+    header = f">{name} {title}" if title else f">{name}"
+    return "\n".join([header] + chunks(text)) + "\n"
+
+
 def build(example, bench_dir):
     family_dir = os.path.join(bench_dir, "homstrad")
     order, aligned = read_fasta(os.path.join(family_dir, example["family"] + ".ref.fa"))
@@ -147,6 +154,7 @@ def build(example, bench_dir):
     has_user = bool(example.get("anchors") or example.get("groups"))
     comment = example["note"] + "\nSecondary structure: DSSP, reduced to H (helix), B (strand), T (turn), C (other).\n"
     text = comment + "Made by scripts/make_examples.py; see README.md for the source and its terms.\n\n"
+    forms = {".fa": "", ".ss.fa": "", ".anchors.fa": ""}
     for name in members:
         residues = aligned[name].replace("-", "").upper()
         structure = to_ravlin_structure(dssp[name])
@@ -158,9 +166,13 @@ def build(example, bench_dir):
         title = f"{example['title']}, PDB {name}"
         make = text_entry if example["format"] == "text" else molvane_entry
         text += make(name, title, residues, structure, user)
+        forms[".fa"] += fasta_entry(name, title, residues)
+        forms[".ss.fa"] += fasta_entry(name, "", dssp[name].upper())
+        if user is not None:
+            forms[".anchors.fa"] += fasta_entry(name, "", user)
     if ">" in comment:
         raise ValueError("a '>' in the comment would start an entry")
-    return text
+    return text, {suffix: form for suffix, form in forms.items() if form}
 
 
 def main():
@@ -169,10 +181,15 @@ def main():
     bench_dir = sys.argv[1]
     out_dir = sys.argv[2] if len(sys.argv) == 3 else os.path.join(os.path.dirname(__file__), "..", "examples")
     for example in EXAMPLES:
-        path = os.path.join(out_dir, example["out"])
-        with open(path, "w") as handle:
-            handle.write(build(example, bench_dir))
-        print(f"wrote {path}")
+        text, forms = build(example, bench_dir)
+        outputs = {example["out"]: text}
+        stem = os.path.splitext(example["out"])[0]
+        outputs.update({stem + suffix: form for suffix, form in forms.items()})
+        for name, content in outputs.items():
+            path = os.path.join(out_dir, name)
+            with open(path, "w") as handle:
+                handle.write(content)
+            print(f"wrote {path}")
 
 
 if __name__ == "__main__":

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what ravlin needs to build and test, when it is missing:
 # a C++20 compiler (g++, and clang++ for the second test build), CMake,
-# clang-format, GoogleTest and (optional) Google Benchmark.
+# clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
+# package dssp), which the structure tests run on a shipped PDB entry.
 set -euo pipefail
 
 missing=()
@@ -12,6 +13,7 @@ command -v clang-format >/dev/null 2>&1 || missing+=(clang-format)
 [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev)
+command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"

@@ -1,0 +1,228 @@
+// Structure readers for the line-based formats: FASTA-style state strings,
+// Stockholm #=GR SS lines and PSIPRED predictions (.ss2 and .horiz).
+//
+// Sections: shared FASTA-style reading; FASTA-style states; Stockholm; PSIPRED.
+#include <cctype>
+#include <map>
+#include <sstream>
+
+#include "structure/structure_formats.hpp"
+
+namespace {
+
+constexpr std::string_view kStateLetters = "HGIEBTSPC- Xhgiebtspcx";
+
+std::string_view trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  const std::size_t last = text.find_last_not_of(" \t");
+  return text.substr(first, last - first + 1);
+}
+
+std::string_view trim_end(std::string_view text) {
+  const std::size_t last = text.find_last_not_of(" \t");
+  return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
+}
+
+std::string shown(char c) {
+  if (std::isprint(static_cast<unsigned char>(c))) return std::string("'") + c + "'";
+  return "byte " + std::to_string(static_cast<unsigned char>(c));
+}
+
+}  // namespace
+
+// ---- shared FASTA-style reading ----
+
+bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed, const char* what,
+                        std::vector<FastaRecord>& out, std::string& error) {
+  const std::vector<std::string_view> lines = split_lines(text);
+  std::vector<FastaRecord> records;
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    const int lineNo = static_cast<int>(k) + 1;
+    const std::string_view line = lines[k];
+    if (!line.empty() && line[0] == '>') {
+      std::istringstream words{std::string(line.substr(1))};
+      FastaRecord record;
+      record.line = lineNo;
+      if (!(words >> record.id)) {
+        error = file_line(path, lineNo) + "a header without an id; write the sequence id after '>'";
+        return false;
+      }
+      records.push_back(record);
+      continue;
+    }
+    const std::string_view data = trim_end(line);
+    if (data.empty()) continue;
+    if (records.empty()) {
+      error = file_line(path, lineNo) + "text before the first '>' header; start each entry with '>ID'";
+      return false;
+    }
+    for (const char c : data) {
+      if (allowed.find(c) == std::string_view::npos) {
+        error = file_line(path, lineNo) + shown(c) + " in " + records.back().id + " is not " + what;
+        return false;
+      }
+    }
+    records.back().data += data;
+  }
+  if (records.empty()) {
+    error = path + ": no '>' entries found; write each sequence's id on a '>' line before its symbols";
+    return false;
+  }
+  for (const FastaRecord& record : records) {
+    if (record.data.empty()) {
+      error = file_line(path, record.line) + record.id + " has no symbols; give one per residue or remove the entry";
+      return false;
+    }
+  }
+  out.insert(out.end(), records.begin(), records.end());
+  return true;
+}
+
+// ---- FASTA-style states ----
+
+bool read_ss_fasta(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
+  std::vector<FastaRecord> records;
+  if (!read_fasta_records(spec.path, text, kStateLetters, "a structure state (H G I E B T S P C, '-' or X)", records,
+                          error))
+    return false;
+  for (const FastaRecord& record : records) out.push_back({record.id, "", record.data, spec.path});
+  return true;
+}
+
+// ---- Stockholm ----
+
+namespace {
+
+struct StockholmRow {
+  std::string text;
+  int line = 0;  // where the row first appeared
+};
+
+bool is_stockholm_gap(char c) { return c == '.' || c == '-'; }
+
+}  // namespace
+
+bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
+                       std::string& error) {
+  std::map<std::string, StockholmRow> seqs, structs;
+  std::vector<std::string> order;
+  const std::vector<std::string_view> lines = split_lines(text);
+  for (std::size_t k = 0; k < lines.size() && trim(lines[k]) != "//"; ++k) {
+    std::istringstream words{std::string(lines[k])};
+    std::string first, second, third, fourth;
+    if (!(words >> first)) continue;
+    const int lineNo = static_cast<int>(k) + 1;
+    if (first == "#=GR") {
+      if (!(words >> second >> third) || third != "SS") continue;
+      if (!(words >> fourth)) {
+        error = file_line(spec.path, lineNo) + "#=GR " + second + " SS without states; give them or remove the line";
+        return false;
+      }
+      StockholmRow& row = structs[second];
+      if (row.line == 0) {
+        order.push_back(second);
+        row.line = lineNo;
+      }
+      row.text += fourth;
+    } else if (first[0] != '#' && words >> second) {
+      StockholmRow& row = seqs[first];
+      if (row.line == 0) row.line = lineNo;
+      row.text += second;
+    }
+  }
+  if (order.empty()) {
+    error = spec.path + ": no '#=GR ID SS' lines found; Stockholm structure needs them";
+    return false;
+  }
+  for (const std::string& id : order) {
+    const StockholmRow& ss = structs[id];
+    const auto seq = seqs.find(id);
+    if (seq == seqs.end() || seq->second.text.size() != ss.text.size()) {
+      error = file_line(spec.path, ss.line) + "the SS line of " + id + " has " + std::to_string(ss.text.size()) +
+              " columns but its aligned sequence has " +
+              std::to_string(seq == seqs.end() ? 0 : seq->second.text.size()) +
+              "; give one SS column per alignment column";
+      return false;
+    }
+    StructEntry entry{id, "", "", spec.path};
+    for (std::size_t c = 0; c < ss.text.size(); ++c) {
+      if (is_stockholm_gap(seq->second.text[c])) continue;
+      const char state = is_stockholm_gap(ss.text[c]) || ss.text[c] == '_' ? '-' : ss.text[c];
+      if (map_structure_state(state) == 0) {
+        error = file_line(spec.path, ss.line) + shown(state) + " in the SS line of " + id +
+                " is not a structure state (H G I E B T S P C, '-' or X)";
+        return false;
+      }
+      entry.states += state;
+    }
+    out.push_back(entry);
+  }
+  return true;
+}
+
+// ---- PSIPRED ----
+
+namespace {
+
+bool read_ss2(const StructSpec& spec, const std::vector<std::string_view>& lines, StructEntry& entry,
+              std::string& error) {
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    const std::string_view line = trim(lines[k]);
+    if (line.empty() || line[0] == '#') continue;
+    std::istringstream words{std::string(line)};
+    int number = 0;
+    char residue = 0, state = 0;
+    if (!(words >> number >> residue >> state) || !std::isalpha(static_cast<unsigned char>(residue)) ||
+        (state != 'H' && state != 'E' && state != 'C')) {
+      error = file_line(spec.path, static_cast<int>(k) + 1) +
+              "not a PSIPRED .ss2 line (number, residue, state H, E or C, three scores); check the file";
+      return false;
+    }
+    entry.residues += static_cast<char>(std::toupper(static_cast<unsigned char>(residue)));
+    entry.states += state;
+  }
+  return true;
+}
+
+bool read_horiz(const StructSpec& spec, const std::vector<std::string_view>& lines, StructEntry& entry,
+                std::string& error) {
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    const std::string_view line = trim(lines[k]);
+    const bool pred = line.substr(0, 5) == "Pred:", aa = line.substr(0, 3) == "AA:";
+    if (!pred && !aa) continue;
+    const std::string_view value = trim(line.substr(pred ? 5 : 3));
+    for (const char c : value) {
+      const bool good = pred ? (c == 'H' || c == 'E' || c == 'C') : std::isalpha(static_cast<unsigned char>(c)) != 0;
+      if (!good) {
+        error = file_line(spec.path, static_cast<int>(k) + 1) + shown(c) + " is not a PSIPRED " +
+                (pred ? "state (H, E or C)" : "residue letter") + "; check the file";
+        return false;
+      }
+    }
+    (pred ? entry.states : entry.residues) += value;
+  }
+  if (entry.states.size() != entry.residues.size()) {
+    error = spec.path + ": " + std::to_string(entry.states.size()) + " predicted states but " +
+            std::to_string(entry.residues.size()) + " residues on the AA lines; the file looks cut short";
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool read_ss_psipred(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
+  const std::vector<std::string_view> lines = split_lines(text);
+  bool horiz = false;
+  for (const std::string_view line : lines) horiz = horiz || trim(line).substr(0, 5) == "Pred:";
+  StructEntry entry{spec.id, "", "", spec.path};
+  if (!(horiz ? read_horiz(spec, lines, entry, error) : read_ss2(spec, lines, entry, error))) return false;
+  if (entry.states.empty()) {
+    error = spec.path + ": no predicted residues found; give PSIPRED's .ss2 or .horiz output";
+    return false;
+  }
+  for (char& c : entry.residues) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  out.push_back(entry);
+  return true;
+}

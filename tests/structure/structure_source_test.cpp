@@ -1,0 +1,223 @@
+// Reading structure sources: each format, the state mapping, the forms of a
+// source argument and every reader's message.
+#include "structure/structure_source.hpp"
+
+#include <cstdio>
+
+#include "support/test_support.hpp"
+
+namespace {
+
+using testsupport::TempDir;
+
+// One line of a classic DSSP residue table: chain in column 12, residue in
+// column 14, state in column 17.
+std::string dssp_line(int number, char chain, char residue, char state) {
+  char line[64];
+  std::snprintf(line, sizeof line, "%5d%5d %c %c  %c  0   0  100\n", number, number, chain, residue, state);
+  return line;
+}
+
+const std::string kDssp = "==== Secondary Structure Definition by the program DSSP\n  #  RESIDUE AA STRUCTURE\n" +
+                          dssp_line(1, 'A', 'K', ' ') + dssp_line(2, 'A', 'V', 'B') + dssp_line(3, 'A', 'a', 'H') +
+                          "    4        !*             0   0    0\n" + dssp_line(5, 'B', 'G', 'E');
+
+const std::string kSummaryCif =
+    "data_TEST\n#\nloop_\n_dssp_struct_summary.entry_id\n_dssp_struct_summary.label_comp_id\n"
+    "_dssp_struct_summary.label_asym_id\n_dssp_struct_summary.label_seq_id\n"
+    "_dssp_struct_summary.secondary_structure\nTEST LYS A 1 .\nTEST VAL A 2 B\nTEST MSE A 3 H\nTEST GLY B 1 E\n#\n";
+
+// Ranges over a residue table, as mkdssp 4.2 writes by default: a residue
+// without coordinates ('?'), author chains X and Y for label chains A and B,
+// a single-row item list, a quoted value and a text field that holds a tag.
+const std::string kRangesCif =
+    "data_T2\n_struct_keywords.text 'ONE; TWO'\n_struct.title\n;A title with\n_fake.tag inside\n;\n"
+    "loop_\n_pdbx_poly_seq_scheme.asym_id\n_pdbx_poly_seq_scheme.seq_id\n_pdbx_poly_seq_scheme.mon_id\n"
+    "_pdbx_poly_seq_scheme.pdb_mon_id\n_pdbx_poly_seq_scheme.pdb_strand_id\n"
+    "A 1 MET ? X\nA 2 ALA ALA X\nA 3 LEU LEU X\nA 4 ILE ILE X\nA 5 VAL VAL X\nA 6 GLY GLY X\nB 1 TRP TRP Y\n#\n"
+    "_struct_conf.conf_type_id HELX_RH_3T_P\n_struct_conf.beg_label_asym_id A\n"
+    "_struct_conf.beg_label_seq_id 2\n_struct_conf.end_label_seq_id 3\n#\n"
+    "loop_\n_struct_sheet_range.beg_label_asym_id\n_struct_sheet_range.beg_label_seq_id\n"
+    "_struct_sheet_range.end_label_seq_id\nA 3 5\nB 1 1\n";
+
+struct FormatCase {
+  const char* label;
+  const char* fileName;
+  std::string content;
+  std::string before, after;          // around the path in the source argument
+  std::vector<StructEntry> expected;  // origin "{F}" stands for the path
+};
+
+std::string with_path(std::string text, const std::string& path) {
+  for (std::size_t at; (at = text.find("{F}")) != std::string::npos;) text.replace(at, 3, path);
+  return text;
+}
+
+}  // namespace
+
+TEST(ReadStructureSource, ReadsEachFormat) {
+  const std::vector<FormatCase> cases = {
+      {"FASTA-style: inner blanks are states, line-end blanks and CR are not",
+       "states.ss.fa",
+       ">seq1 a title\nHGIEB TSPC-\r\nX  \n\n>seq2\nhhec\n",
+       "",
+       "",
+       {{"seq1", "", "HGIEB TSPC-X", "{F}"}, {"seq2", "", "hhec", "{F}"}}},
+      {"Stockholm: gap columns of the sequence dropped, blocks joined",
+       "aln.sto",
+       "# STOCKHOLM 1.0\n#=GF ID test\ns1        AC-DE.F\n#=GR s1   SS HH-E..T\ns2        ACGDEKF\n"
+       "#=GR s2 SS .HHHHH.\n\ns1        GH\n#=GR s1 SS -C\n//\n#=GR s3 SS HHH\n",
+       "",
+       "",
+       {{"s1", "", "HHE-T-C", "{F}"}, {"s2", "", "-HHHHH-", "{F}"}}},
+      {"classic DSSP, first chain; bridged cysteine and break",
+       "1abc.dssp",
+       kDssp,
+       "",
+       "",
+       {{"1abc", "KVC", " BH", "{F} chain A"}}},
+      {"classic DSSP, chosen chain and id", "1abc.dssp", kDssp, "x=", ":B", {{"x", "G", "E", "{F} chain B"}}},
+      {"mmCIF summary table", "2xyz.cif.txt", kSummaryCif, "", "", {{"2xyz", "KVM", "-BH", "{F} chain A"}}},
+      {"mmCIF ranges, first chain by author name",
+       "t2.cif",
+       kRangesCif,
+       "",
+       "",
+       {{"t2", "ALIVG", "GGEE-", "{F} chain X"}}},
+      {"mmCIF ranges, chain by author name", "t2.cif", kRangesCif, "w=", ":Y", {{"w", "W", "E", "{F} chain Y"}}},
+      {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "w=", ":B", {{"w", "W", "E", "{F} chain B"}}},
+      {"PSIPRED .ss2",
+       "query.ss2",
+       "# PSIPRED VFORMAT (PSIPRED V4.0)\n\n   1 M C   0.998  0.001  0.002\n   2 k H   0.100  0.800  0.100\n"
+       "   3 L E   0.100  0.100  0.800\n",
+       "",
+       "",
+       {{"query", "MKL", "CHE", "{F}"}}},
+      {"PSIPRED .horiz",
+       "query.horiz",
+       "# PSIPRED HFORMAT (PSIPRED V4.0)\n\nConf: 9876\nPred: CCHH\n  AA: MKLV\n              10\n\n"
+       "Conf: 12\nPred: EE\n  AA: GA\n",
+       "q=",
+       "",
+       {{"q", "MKLVGA", "CCHHEE", "{F}"}}},
+  };
+  for (const FormatCase& c : cases) {
+    SCOPED_TRACE(c.label);
+    TempDir dir;
+    const std::string path = dir.write(c.fileName, c.content).string();
+    std::vector<StructEntry> entries;
+    std::string error;
+    ASSERT_TRUE(read_structure_source(c.before + path + c.after, entries, error)) << error;
+    ASSERT_EQ(entries.size(), c.expected.size());
+    for (std::size_t k = 0; k < entries.size(); ++k) {
+      EXPECT_EQ(entries[k].id, c.expected[k].id);
+      EXPECT_EQ(entries[k].residues, c.expected[k].residues);
+      EXPECT_EQ(entries[k].states, c.expected[k].states);
+      EXPECT_EQ(entries[k].origin, with_path(c.expected[k].origin, path));
+    }
+  }
+}
+
+TEST(MapStructureState, FollowsTheDsspGroups) {
+  std::string mapped;
+  for (const char raw : std::string("HGIEBTSPC- Xhgiebtspcx")) mapped += map_structure_state(raw);
+  EXPECT_EQ(mapped, "HHHBBTTCCCCXHHHBBTTCCX");
+  for (const char raw : std::string(".AQ*0\t")) EXPECT_EQ(map_structure_state(raw), 0) << raw;
+}
+
+TEST(ParseStructureSpec, SplitsIdFileAndChain) {
+  TempDir dir;
+  const std::string plain = dir.write("a.dssp", "").string(), odd = dir.write("odd=name:1.fa", "").string();
+  struct Case {
+    std::string text, id, path, chain, error;
+  };
+  const std::vector<Case> cases = {
+      {plain, "", plain, "", ""},
+      {"1abc=" + plain, "1abc", plain, "", ""},
+      {"1abc=" + plain + ":B", "1abc", plain, "B", ""},
+      {plain + ":B", "", plain, "B", ""},
+      {odd, "", odd, "", ""},  // an existing file wins over the forms
+      {"=" + plain, "", "", "", "structure source '=" + plain + "': give the sequence id (one word) before '='"},
+      {"x=" + plain + ":", "", "", "",
+       "structure source 'x=" + plain + ":': give the chain after ':' or leave out the ':'"},
+      {"", "", "", "", "empty structure source: give FILE, ID=FILE or ID=FILE:CHAIN"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    StructSpec spec;
+    std::string error;
+    EXPECT_EQ(parse_structure_spec(c.text, spec, error), c.error.empty());
+    EXPECT_EQ(error, c.error);
+    if (!c.error.empty()) continue;
+    EXPECT_EQ(spec.id, c.id);
+    EXPECT_EQ(spec.path, c.path);
+    EXPECT_EQ(spec.chain, c.chain);
+  }
+}
+
+TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
+  struct Case {
+    const char* fileName;
+    std::string content, before, after, message;  // "{F}" stands for the path
+  };
+  const std::vector<Case> cases = {
+      {"x.txt", "just text\n", "", "",
+       "{F}: not a structure file ravlin knows; give FASTA-style states ('>' headers), DSSP or mmCIF output of "
+       "mkdssp, a PSIPRED .ss2 or .horiz file, or Stockholm with #=GR SS lines"},
+      {"x.ss.fa", ">a\nHHQ\n", "", "", "{F} line 2: 'Q' in a is not a structure state (H G I E B T S P C, '-' or X)"},
+      {"x.ss.fa", ">a\nHH\tH\n", "", "",
+       "{F} line 2: byte 9 in a is not a structure state (H G I E B T S P C, '-' or X)"},
+      {"x.ss.fa", "\n>\nHH\n", "", "", "{F} line 2: a header without an id; write the sequence id after '>'"},
+      {"x.ss.fa", ">a\n>b\nH\n", "", "", "{F} line 1: a has no symbols; give one per residue or remove the entry"},
+      {"x.ss.fa", ">a\nH\n", "y=", "", "{F}: this file names its own sequences; give it without 'y='"},
+      {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n", "", ":A",
+       "{F}: a chain can be chosen only in DSSP and mmCIF files; leave out ':A'"},
+      {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n   2 K Q 0 0 1\n", "", "",
+       "{F} line 3: not a PSIPRED .ss2 line (number, residue, state H, E or C, three scores); check the file"},
+      {"q.horiz", "# PSIPRED HFORMAT\nPred: CCH\n  AA: MK\n", "", "",
+       "{F}: 3 predicted states but 2 residues on the AA lines; the file looks cut short"},
+      {"q.horiz", "# PSIPRED HFORMAT\n", "", "",
+       "{F}: no predicted residues found; give PSIPRED's .ss2 or .horiz output"},
+      {"d.dssp", kDssp, "", ":C", "{F} has no chain C (chains: A B); name one of them as ID=FILE:CHAIN"},
+      {"d.dssp", "  #  RESIDUE AA STRUCTURE\n    1    1 A K\n", "", "",
+       "{F} line 2: a residue line shorter than 17 columns; the DSSP file looks damaged"},
+      {"d.dssp", "  #  RESIDUE AA STRUCTURE\n" + dssp_line(1, 'A', 'K', 'Q'), "", "",
+       "{F} line 2: no residue letter in column 14 or no DSSP state in column 17; give mkdssp's classic output "
+       "unchanged"},
+      {"d.dssp", "  #  RESIDUE AA STRUCTURE\n", "", "", "{F}: the DSSP file lists no residues; check the mkdssp run"},
+      {"m.cif", "data_x\n_entry.id x\n", "", "",
+       "{F}: no secondary structure in this mmCIF file; run mkdssp on it and give its output"},
+      {"m.cif", "data_x\nloop_\n_struct_conf.id\n_struct_conf.conf_type_id\nH1\n", "", "",
+       "{F} line 2: the _struct_conf loop does not fill its last row; the file looks damaged"},
+      {"m.cif", "data_x\n_struct_conf.id\n", "", "",
+       "{F} line 2: _struct_conf.id has no value; the file looks damaged"},
+      {"m.cif", kSummaryCif, "", ":Z", "{F} has no chain Z (chains: A B); name one of them as ID=FILE:CHAIN"},
+      {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HH\n//\n", "", "",
+       "{F} line 3: the SS line of s1 has 2 columns but its aligned sequence has 3; give one SS column per "
+       "alignment column"},
+      {"s.sto", "# STOCKHOLM 1.0\n#=GR s9 SS HH\n//\n", "", "",
+       "{F} line 2: the SS line of s9 has 2 columns but its aligned sequence has 0; give one SS column per "
+       "alignment column"},
+      {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HQH\n//\n", "", "",
+       "{F} line 3: 'Q' in the SS line of s1 is not a structure state (H G I E B T S P C, '-' or X)"},
+      {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n//\n", "", "",
+       "{F}: no '#=GR ID SS' lines found; Stockholm structure needs them"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.message);
+    TempDir dir;
+    const std::string path = dir.write(c.fileName, c.content).string();
+    std::vector<StructEntry> entries;
+    std::string error;
+    EXPECT_FALSE(read_structure_source(c.before + path + c.after, entries, error));
+    EXPECT_EQ(error, with_path(c.message, path));
+  }
+  TempDir dir;
+  const std::string missing = dir.file("none.ss.fa").string();
+  std::vector<StructEntry> entries;
+  std::string error;
+  EXPECT_FALSE(read_structure_source(missing, entries, error));
+  EXPECT_EQ(error, "cannot read " + missing + " (No such file or directory); check the file name");
+  EXPECT_FALSE(read_structure_source(dir.path().string(), entries, error));
+  EXPECT_EQ(error, "cannot read " + dir.path().string() + " (it is a directory); give a file");
+}
