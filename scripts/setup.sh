@@ -2,7 +2,8 @@
 # Installs what ravlin needs to build and test, when it is missing:
 # a C++20 compiler (g++, and clang++ for the second test build), CMake,
 # clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
-# package dssp), which the structure tests run on a shipped PDB entry.
+# package dssp), which the structure tests run on a shipped PDB entry, and
+# Biopython, whose readers check ravlin-align's output.
 set -euo pipefail
 
 missing=()
@@ -14,6 +15,8 @@ command -v clang-format >/dev/null 2>&1 || missing+=(clang-format)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev)
 command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
+# The output tests read what ravlin-align writes with Biopython's readers.
+/usr/bin/python3 -c 'import Bio.AlignIO' >/dev/null 2>&1 || missing+=(python3-biopython)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"

@@ -1,6 +1,11 @@
 #include "shell/text_input.hpp"
 
 #include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <climits>
 #include <utility>
 
@@ -96,5 +101,38 @@ bool scan_int(std::FILE* stream, int& value) {
     if (magnitude < kDigitCap) magnitude = magnitude * 10 + (ch - '0');
   if (ch != EOF) std::ungetc(ch, stream);
   value = held_in_int(negative ? -magnitude : magnitude);
+  return true;
+}
+
+std::vector<std::string_view> split_lines(std::string_view text) {
+  std::vector<std::string_view> lines;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string_view::npos) end = text.size();
+    std::string_view line = text.substr(start, end - start);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    lines.push_back(line);
+    start = end + 1;
+  }
+  return lines;
+}
+
+bool read_text_file(const std::string& path, std::string& text, std::string& error) {
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec)) {
+    error = "cannot read " + path + " (it is a directory); give a file";
+    return false;
+  }
+  errno = 0;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    error =
+        "cannot read " + path + " (" + (errno != 0 ? std::strerror(errno) : "cannot open") + "); check the file name";
+    return false;
+  }
+  std::ostringstream buffer;
+  buffer << in.rdbuf();
+  text = buffer.str();
   return true;
 }

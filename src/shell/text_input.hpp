@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 struct FileCloser {
   void operator()(std::FILE* stream) const {
@@ -48,3 +49,11 @@ bool find_keyword(std::FILE* stream, const char* keyword);
 // Discards the rest of the current line, up to maxChars characters or through
 // the next newline, whichever comes first.
 void skip_line(std::FILE* stream, int maxChars);
+
+// A file's text split into lines without their line ends (a final carriage
+// return is dropped too, so Windows files read as any other); line k of the
+// file is lines[k - 1].
+std::vector<std::string_view> split_lines(std::string_view text);
+
+// Reads a whole file; false with a message naming it when it can't.
+bool read_text_file(const std::string& path, std::string& text, std::string& error);

@@ -6,14 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/text_input.hpp"
 #include "structure/structure_source.hpp"
 
-// A file's text split into lines without their line ends (a final carriage
-// return is dropped too); line k of the file is lines[k - 1].
-std::vector<std::string_view> split_lines(std::string_view text);
-
-// Reads a whole file; false with a message when it can't.
-bool read_text_file(const std::string& path, std::string& text, std::string& error);
 
 // The file name without directories and without any extension.
 std::string id_from_path(const std::string& path);
