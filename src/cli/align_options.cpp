@@ -19,8 +19,9 @@ struct NamedFormat {
 };
 
 constexpr NamedFormat kOutFormats[] = {
-    {"fasta", OutFormat::kFasta},         {"fa", OutFormat::kFasta},         {"clustal", OutFormat::kClustal},
-    {"aln", OutFormat::kClustal},         {"stockholm", OutFormat::kStockholm}, {"sto", OutFormat::kStockholm},
+    {"fasta", OutFormat::kFasta},         {"fa", OutFormat::kFasta},
+    {"clustal", OutFormat::kClustal},     {"aln", OutFormat::kClustal},
+    {"stockholm", OutFormat::kStockholm}, {"sto", OutFormat::kStockholm},
     {"report", OutFormat::kReport},       {"molvane", OutFormat::kMolvane},
 };
 
@@ -110,8 +111,8 @@ struct ValueOption {
 };
 
 constexpr ValueOption kValueOptions[] = {
-    {"-o", "--output"},  {"-f", "--outfmt"},   {"", "--informat"}, {"", "--order"},   {"", "--output-order"},
-    {"", "--params"},    {"", "--weights"},    {"-s", "--ss"},     {"", "--anchors"}, {"-t", "--threads"},
+    {"-o", "--output"}, {"-f", "--outfmt"}, {"", "--informat"}, {"", "--order"},   {"", "--output-order"},
+    {"", "--params"},   {"", "--weights"},  {"-s", "--ss"},     {"", "--anchors"}, {"-t", "--threads"},
 };
 
 }  // namespace
@@ -158,4 +159,44 @@ ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, st
     return ParseResult::kUsageError;
   }
   return ParseResult::kRun;
+}
+
+std::string align_help_text() {
+  return "usage: ravlin-align [options] INPUT\n"
+         "\n"
+         "Aligns the protein sequences of INPUT (a file, or - for standard input) and writes\n"
+         "the alignment. INPUT may be FASTA (plain or aligned), Stockholm, PIR, Molvane or\n"
+         "ravlin's text format; the format is recognised from the content.\n"
+         "\n"
+         "Input and output:\n"
+         "  -o, --output FILE      write the alignment to FILE (default: standard output); it is\n"
+         "                         put in place only when the run succeeds\n"
+         "      --force            replace FILE if it exists\n"
+         "  -f, --outfmt FMT       fasta (fa, default), clustal (aln), stockholm (sto),\n"
+         "                         report (ravlin's report) or molvane\n"
+         "      --informat FMT     fasta, stockholm, text, molvane or pir: do not guess\n"
+         "      --output-order O   input (default) or aligned: the order of the rows\n"
+         "\n"
+         "Structure and anchors:\n"
+         "  -s, --ss SOURCE        secondary structure for some or all sequences: FILE, ID=FILE\n"
+         "                         or ID=FILE:CHAIN; FASTA-style DSSP letters, mkdssp output\n"
+         "                         (classic or mmCIF), PSIPRED .ss2/.horiz, or Stockholm SS\n"
+         "                         lines; may be given more than once\n"
+         "      --anchors FILE     anchors and gap-free groups, FASTA-style: per residue '-',\n"
+         "                         '*' (group) or '1' to '5' (anchor)\n"
+         "\n"
+         "The run:\n"
+         "      --order ORDER      computed (default: from the pair scores), input, or the id\n"
+         "                         of the sequence to align the others against\n"
+         "      --params FILE      run settings from a ravlin parameter file (its data keys are\n"
+         "                         ignored; its weight file is read unless --weights is given)\n"
+         "      --weights FILE     score tables and gap penalties from a ravlin weight file\n"
+         "  -t, --threads N        workers for the pairwise stage, 1 to 256 (default: every core)\n"
+         "  -q, --quiet            print errors only\n"
+         "  -h, --help             show this help\n"
+         "  -V, --version          print the version\n"
+         "\n"
+         "Without --params and --weights the shipped settings (data/ravlin.parms and\n"
+         "data/ravlin.wts, compiled in) are used.\n"
+         "Exit status: 0 done, 1 an input or run error, 2 a usage error.\n";
 }

@@ -7,10 +7,10 @@
 enum class OutFormat { kFasta, kClustal, kStockholm, kReport, kMolvane };
 
 struct AlignOptions {
-  std::string input;                 // a file, or "-" for standard input
-  std::string inFormat;              // empty: recognised from the content
-  std::string output;                // empty: standard output
-  bool force = false;                // replace an existing output file
+  std::string input;     // a file, or "-" for standard input
+  std::string inFormat;  // empty: recognised from the content
+  std::string output;    // empty: standard output
+  bool force = false;    // replace an existing output file
   OutFormat outFormat = OutFormat::kFasta;
   std::string order = "computed";    // computed, input, or a sequence's id
   bool alignedOutputOrder = false;   // rows in the alignment's order
@@ -18,7 +18,7 @@ struct AlignOptions {
   std::string weightsFile;           // score tables and gap penalties; empty: as the settings say
   std::vector<std::string> ssFiles;  // structure sources, "FILE", "ID=FILE" or "ID=FILE:CHAIN"
   std::string anchorsFile;
-  int threads = 0;                   // 0: every available core
+  int threads = 0;  // 0: every available core
   bool quiet = false;
 };
 

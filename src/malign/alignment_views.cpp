@@ -27,6 +27,8 @@ ViewRow label_row(int seqIndex, const char* module) {
   row.seqIndex = seqIndex;
   row.id = record.acc.value_or("");
   row.title = record.title.value_or("");
+  row.header = record.header ? *record.header : row.id + (row.title.empty() ? "" : " " + row.title);
+  row.name = row.header.substr(0, row.header.find_first_of(" \t"));
   row.hasStructure = record.hasSRes == 1;
   row.hasGroups = record.hasURes == 1;
   row.resNums = record.resNums;

@@ -15,6 +15,8 @@ struct ViewRow {
   int seqIndex = 0;                       // the sequence's position in the input, from 0
   std::string id;                         // shown id (the accession, or a default one)
   std::string title;                      // description
+  std::string name;                       // the id as the input gives it, whatever its length
+  std::string header;                     // the input's whole header line (name and description)
   bool hasStructure = false;              // structure came from the input
   bool hasGroups = false;                 // anchors or groups came from the input
   std::string residues;                   // aligned residues, exactly `width` columns, ' ' for gaps

@@ -104,6 +104,7 @@ void free_seq(SeqRecord& record) {
   record.pRes.shrink_to_fit();
   record.sRes.reset();
   record.uRes.reset();
+  record.header.reset();
 }
 
 int get_seq(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes) {

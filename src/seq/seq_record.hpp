@@ -26,6 +26,9 @@ struct SeqRecord {
   std::optional<std::string> reference;
   std::int32_t numRes = 0;
   std::vector<std::int32_t> resNums;  // empty when absent, else kResNumsLen entries
+  // The whole header line as the input wrote it, for formats with one whose
+  // ids and descriptions the standard alignment formats give back unchanged.
+  std::optional<std::string> header;
 };
 
 extern std::vector<SeqRecord> mySeq;  // kMaxSeqs records, all empty at start

@@ -85,8 +85,7 @@ bool read_fasta_text(std::string_view text, std::vector<TextEntry>& entries, Tex
     }
     if (trimmed(line).empty() || line[0] == ';') continue;
     if (entries.empty())
-      return (fault = fault_at(lineNo, "residues before the first header; a FASTA file starts with a '>' line"),
-              false);
+      return (fault = fault_at(lineNo, "residues before the first header; a FASTA file starts with a '>' line"), false);
     if (!add_residues(line, lineNo, entries.back(), ended, fault)) return false;
   }
   return true;

@@ -2,11 +2,11 @@
 
 #include <cctype>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <climits>
 #include <utility>
 
 #include "shell/limits.hpp"

@@ -9,7 +9,6 @@
 #include "shell/text_input.hpp"
 #include "structure/structure_source.hpp"
 
-
 // The file name without directories and without any extension.
 std::string id_from_path(const std::string& path);
 

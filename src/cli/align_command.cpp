@@ -1,0 +1,282 @@
+// Sections: run_align_command at the end; before it the error and progress
+// reporting, the run's settings, structure and anchors, the order, and the
+// writing of the result.
+#include "cli/align_command.hpp"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "cli/align_options.hpp"
+#include "cli/input_reading.hpp"
+#include "cli/output_file.hpp"
+#include "cli/shipped_defaults.hpp"
+#include "malign/alignment_views.hpp"
+#include "malign/mult_align.hpp"
+#include "malign/pair_stage.hpp"
+#include "malign/progress.hpp"
+#include "malign/run_driver.hpp"
+#include "report/alignment_writers.hpp"
+#include "report/standard_writers.hpp"
+#include "seq/seq_record.hpp"
+#include "shell/errors.hpp"
+#include "shell/run_params.hpp"
+#include "shell/text_input.hpp"
+#include "shell/version.hpp"
+#include "structure/anchor_file.hpp"
+#include "structure/placement.hpp"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// ---- errors ----
+
+std::string errorContext;  // the file being read, for the engine's own messages
+
+std::string trimmed_message(const char* message) {
+  std::string text = message;
+  while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
+  while (!text.empty() && text.front() == '\n') text.erase(text.begin());
+  return text;
+}
+
+void show_error(const std::string& text) {
+  std::fprintf(stderr, "ravlin-align: error: %s\n", text.c_str());
+  std::fflush(stderr);
+}
+
+[[noreturn]] void fail(const std::string& text) {
+  discard_output();
+  show_error(text);
+  std::exit(1);
+}
+
+void on_engine_error(int level, const char* module, const char* message) {
+  std::string text = trimmed_message(message);
+  if (text.starts_with("Program check")) text += " (in " + std::string(module) + ")";
+  if (!errorContext.empty()) text = errorContext + ": " + text;
+  if (level != 1) {
+    std::fprintf(stderr, "ravlin-align: warning: %s\n", text.c_str());
+    return;
+  }
+  fail(text);
+}
+
+// ---- progress ----
+
+struct ProgressState {
+  bool quiet = false;
+  bool live = false;  // standard error is a terminal: one line a stage, redrawn
+  Clock::time_point stageStart;
+  Clock::time_point lastDraw;
+  std::string stage;
+} progress;
+
+double seconds_since(Clock::time_point from) { return std::chrono::duration<double>(Clock::now() - from).count(); }
+
+std::string clock_text(double seconds) {
+  const long whole = static_cast<long>(seconds + 0.5);
+  char text[32];
+  std::snprintf(text, sizeof text, "%ld:%02ld", whole / 60, whole % 60);
+  return text;
+}
+
+void start_stage(const std::string& name) {
+  progress.stage = name;
+  progress.stageStart = Clock::now();
+  if (!progress.quiet && !progress.live) std::fprintf(stderr, "ravlin-align: %s ...\n", name.c_str());
+}
+
+void end_stage() {
+  if (progress.stage.empty() || progress.quiet) return;
+  const double took = seconds_since(progress.stageStart);
+  if (progress.live)
+    std::fprintf(stderr, "\r\033[K%s: done in %.1f s\n", progress.stage.c_str(), took);
+  else
+    std::fprintf(stderr, "ravlin-align: %s done in %.1f s\n", progress.stage.c_str(), took);
+  progress.stage.clear();
+}
+
+void on_stage_text(const char* text) {
+  const std::string heading = text;
+  end_stage();
+  if (heading.find("pairwise") != std::string::npos) start_stage("pairwise alignments");
+  if (heading.find("Multiple") != std::string::npos) start_stage("multiple alignment");
+}
+
+void on_pair_done(std::size_t done, std::size_t total) {
+  if (progress.quiet || !progress.live) return;
+  const Clock::time_point now = Clock::now();
+  if (done != total && now - progress.lastDraw < std::chrono::milliseconds(100)) return;
+  progress.lastDraw = now;
+  const double elapsed = seconds_since(progress.stageStart);
+  const double left = done > 0 ? elapsed * static_cast<double>(total - done) / static_cast<double>(done) : 0.0;
+  std::fprintf(stderr, "\r\033[K%s: %zu of %zu (%zu%%), %s elapsed, %s left", progress.stage.c_str(), done, total,
+               total > 0 ? done * 100 / total : 100, clock_text(elapsed).c_str(), clock_text(left).c_str());
+  std::fflush(stderr);
+}
+
+void note(const std::string& text) {
+  if (!progress.quiet) std::fprintf(stderr, "ravlin-align: %s\n", text.c_str());
+}
+
+// ---- settings ----
+
+constexpr const char* kShippedParms = "ravlin.parms";
+constexpr const char* kShippedWeights = "ravlin.wts";
+
+UniqueFile open_text(std::string_view text) {
+  // fmemopen wants a writable buffer only for writing; reading leaves it be.
+  return UniqueFile(fmemopen(const_cast<char*>(text.data()), text.size(), "r"));
+}
+
+UniqueFile open_user_file(const std::string& path, const char* what) {
+  UniqueFile file = open_file(path, "r");
+  if (!file) fail("cannot read the " + std::string(what) + " " + path + "; check the file name");
+  return file;
+}
+
+void read_settings(const AlignOptions& options) {
+  UniqueFile weights;
+  WeightSource source{nullptr, kShippedWeights};
+  if (!options.weightsFile.empty()) {
+    weights = open_user_file(options.weightsFile, "weight file");
+    source = {weights.get(), options.weightsFile};
+  } else if (options.paramsFile.empty()) {
+    weights = open_text(shipped_file(kShippedWeights));
+    source.stream = weights.get();
+  }
+  UniqueFile parms = options.paramsFile.empty() ? open_text(shipped_file(kShippedParms))
+                                                : open_user_file(options.paramsFile, "parameter file");
+  errorContext = options.paramsFile.empty() ? "shipped " + std::string(kShippedParms) : options.paramsFile;
+  read_run_settings(parms.get(), source.stream != nullptr ? &source : nullptr);
+  errorContext.clear();
+}
+
+// ---- structure and anchors ----
+
+bool has_state(const std::string& states) { return states.find_first_not_of('X') != std::string::npos; }
+
+void add_structures(const AlignOptions& options, const InputSeqs& input) {
+  if (options.ssFiles.empty()) return;
+  std::vector<StructEntry> entries;
+  std::string error;
+  for (const std::string& source : options.ssFiles)
+    if (!read_structure_source(source, entries, error)) fail(error);
+  std::vector<std::string> sRes;
+  if (!assign_structures(entries, input.ids, input.residues, sRes, error)) fail(error);
+  for (std::size_t k = 0; k < sRes.size(); ++k) {
+    if (!has_state(sRes[k])) continue;
+    mySeq[k].sRes = sRes[k];
+    mySeq[k].hasSRes = 1;
+  }
+}
+
+void add_anchors(const AlignOptions& options, const InputSeqs& input) {
+  if (options.anchorsFile.empty()) return;
+  std::vector<AnchorEntry> entries;
+  std::string error;
+  if (!read_anchor_file(options.anchorsFile, entries, error)) fail(error);
+  std::vector<std::string> uRes;
+  if (!assign_anchors(entries, input.ids, input.residues, uRes, error)) fail(error);
+  for (std::size_t k = 0; k < uRes.size(); ++k) {
+    if (uRes[k].find_first_not_of('-') == std::string::npos) continue;
+    mySeq[k].uRes = uRes[k];
+    mySeq[k].hasURes = 1;
+  }
+}
+
+// ---- order and output ----
+
+// The run's order choice: n computed, n + 1 input order, else the sequence
+// the others are aligned against. One sequence is its own alignment.
+int seq_select(const std::string& order, const InputSeqs& input) {
+  const int n = static_cast<int>(input.ids.size());
+  if (n < 2 || order == "input") return n + 1;
+  if (order == "computed") return n;
+  const auto found = std::find(input.ids.begin(), input.ids.end(), order);
+  if (found == input.ids.end())
+    fail("--order " + order + ": no sequence has that id; give computed, input or one of the input's ids");
+  return static_cast<int>(found - input.ids.begin());
+}
+
+void write_result(const AlignOptions& options, const std::vector<int>& alignOrder, std::FILE* stream) {
+  const AlignmentView view = malign_view(mar, alignOrder, options.alignedOutputOrder ? 0 : 1, consensusPercent);
+  switch (options.outFormat) {
+    case OutFormat::kFasta:
+      write_fasta_alignment(stream, view);
+      break;
+    case OutFormat::kClustal:
+      write_clustal_alignment(stream, view);
+      break;
+    case OutFormat::kStockholm:
+      write_stockholm_alignment(stream, view);
+      break;
+    case OutFormat::kMolvane:
+      write_molvane_layout(stream, view);
+      break;
+    case OutFormat::kReport:
+      break;  // written as the run went
+  }
+}
+
+std::vector<std::string> files_read(const AlignOptions& options) {
+  std::vector<std::string> files = {options.input, options.paramsFile, options.weightsFile, options.anchorsFile};
+  for (const std::string& source : options.ssFiles) {
+    StructSpec spec;
+    std::string ignored;
+    files.push_back(parse_structure_spec(source, spec, ignored) ? spec.path : source);
+  }
+  files.erase(std::remove(files.begin(), files.end(), std::string()), files.end());
+  return files;
+}
+
+}  // namespace
+
+int run_align_command(int argc, char** argv) {
+  AlignOptions options;
+  std::string error;
+  switch (parse_align_options(argc, argv, options, error)) {
+    case ParseResult::kHelp:
+      std::fputs(align_help_text().c_str(), stdout);
+      return 0;
+    case ParseResult::kVersion:
+      std::printf("ravlin-align %s\n", kVersion);
+      return 0;
+    case ParseResult::kUsageError:
+      std::fprintf(stderr, "ravlin-align: %s\n%s", error.c_str(), kAlignUsage);
+      return 2;
+    case ParseResult::kRun:
+      break;
+  }
+  set_error_hook(on_engine_error);
+  progress.quiet = options.quiet;
+  progress.live = isatty(STDERR_FILENO) == 1;
+  set_progress_sink({on_stage_text, on_pair_done});
+  set_pair_threads(options.threads);
+
+  OutputTarget target;
+  if (!open_output(options.output, options.force, files_read(options), target, error)) fail(error);
+
+  InputSeqs input;
+  errorContext = options.input == "-" ? "standard input" : options.input;
+  if (!read_input_seqs(options.input, options.inFormat, input, error)) fail(error);
+  errorContext.clear();
+  if (!input.note.empty()) note(input.note);
+  add_structures(options, input);
+  add_anchors(options, input);
+  read_settings(options);
+  mSeqSelect = seq_select(options.order, input);
+
+  std::vector<int> alignOrder;
+  run_alignment(options.outFormat == OutFormat::kReport ? target.stream : nullptr, alignOrder);
+  end_stage();
+  write_result(options, alignOrder, target.stream);
+  if (!commit_output(target, error)) fail(error);
+  return 0;
+}

@@ -1,0 +1,25 @@
+// ravlin-align's input: the sequence file read whole, its format recognised
+// from the content, every sequence checked and put into the run's sequence
+// table. Faults come back as messages; nothing here ends the process.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct InputSeqs {
+  std::string format;                  // the format the file was read as
+  std::string note;                    // why, when the guess was close; empty otherwise
+  std::vector<std::string> ids;        // the ids as the input gives them
+  std::vector<std::string> residues;   // ungapped, upper case
+  std::vector<std::string> structure;  // per sequence: states from the input itself, or empty
+};
+
+// Reads path ("-" for standard input) as format (empty: recognised) into mySeq
+// and multAlignNum. False with a message naming the file, the line and the
+// sequence, and what to do.
+bool read_input_seqs(const std::string& path, const std::string& format, InputSeqs& input, std::string& error);
+
+// The id shown in the report and the Molvane layout for the n-th sequence
+// (from 1): the id itself when it has at most 12 characters and no other
+// sequence shows it, else its first 8 characters, '~' and n.
+std::string short_id(const std::string& id, int n);
