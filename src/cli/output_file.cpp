@@ -80,6 +80,12 @@ bool open_output(const std::string& path, bool force, const std::vector<std::str
     }
   }
   std::error_code ec;
+  // A device or a pipe is written to as it is: there is no file to replace.
+  if (fs::exists(path, ec) && !fs::is_regular_file(path, ec) && !fs::is_directory(path, ec)) {
+    target.stream = std::fopen(path.c_str(), "w");
+    if (target.stream == nullptr) error = "cannot write " + path + " (" + system_error() + ")";
+    return target.stream != nullptr;
+  }
   if (fs::exists(path, ec) && !force) {
     error = "the output " + path + " exists already; give --force to replace it";
     return false;
@@ -103,14 +109,18 @@ bool commit_output(OutputTarget& target, std::string& error) {
     if (!written) error = "cannot write the alignment to standard output (" + system_error() + ")";
     return written;
   }
-  const bool flushed = std::fflush(target.stream) == 0 && fsync(fileno(target.stream)) == 0;
+  const bool direct = target.tempPath.empty();
+  const bool flushed = std::fflush(target.stream) == 0 && (direct || fsync(fileno(target.stream)) == 0);
+  const int flushError = errno;
   const bool closed = std::fclose(target.stream) == 0;
   target.stream = nullptr;
   if (!flushed || !closed) {
+    errno = flushed ? errno : flushError;
     error = "cannot write " + target.path + " (" + system_error() + ")";
     discard_output();
     return false;
   }
+  if (direct) return true;
   if (std::rename(target.tempPath.c_str(), target.path.c_str()) != 0) {
     error = "cannot put the alignment in place as " + target.path + " (" + system_error() + ")";
     discard_output();

@@ -1,0 +1,202 @@
+// End-to-end runs of ravlin-align in a temporary directory.
+//
+// The three sequences below are those of the hand-worked batch example (see
+// tests/app/batch_test.cpp): with its weight file (tiny.wts: 5 for a letter
+// against itself, gaps 3 + 1 a position) their alignment is
+//   SEQA ACDEFGHIKLMN-   SEQB ACDEF-HIKLMN-   SEQC -CDEFGHIKLMNP
+// whatever the order, which every input format must reproduce.
+#include <string>
+#include <vector>
+
+#include "support/test_support.hpp"
+
+namespace {
+
+using ::testing::HasSubstr;
+using testsupport::RunResult;
+using testsupport::shell_quote;
+using testsupport::TempDir;
+
+const std::string kAligned = ">SEQA first\nACDEFGHIKLMN-\n>SEQB\nACDEF-HIKLMN-\n>SEQC third one\n-CDEFGHIKLMNP\n";
+
+struct AlignRun {
+  RunResult result;
+  std::string err;
+};
+
+AlignRun align(const TempDir& dir, const std::string& args, const std::string& stdinText = "") {
+  const std::string command = shell_quote(RAVLIN_ALIGN_BIN) + " " + args + " 2>stderr.txt";
+  AlignRun run{testsupport::run_command(command, stdinText, dir.path()), ""};
+  run.err = dir.read("stderr.txt");
+  return run;
+}
+
+void add_weights(const TempDir& dir) {
+  testsupport::write_file(dir.file("tiny.wts"), testsupport::read_golden("batch/tiny.wts"));
+}
+
+TEST(AlignCommand, EveryInputFormatGivesTheSameAlignment) {
+  const struct {
+    const char* what;
+    std::string input;
+    std::string args;
+    std::string expected;
+  } cases[] = {
+      {"FASTA: lower case, final '*', blank lines",
+       ">SEQA first\nACDEFG\nHIKLMN\n\n>SEQB\nacdefhiklmn*\n>SEQC third one\nCDEFGHIKLMNP\n", "", kAligned},
+      {"aligned FASTA with CRLF line ends",
+       ">SEQA first\r\nACDEFGHIKLMN\r\n>SEQB\r\nACDEF-HIK.LMN\r\n>SEQC third one\r\nCDEFGHIKLMNP\r\n", "", kAligned},
+      {"Stockholm", "# STOCKHOLM 1.0\nSEQA ACDEFGHIKLMN\nSEQB ACDEF-HIKLMN\nSEQC CDEFGHIKLMNP\n//\n", "",
+       ">SEQA\nACDEFGHIKLMN-\n>SEQB\nACDEF-HIKLMN-\n>SEQC\n-CDEFGHIKLMNP\n"},
+      {"PIR layout", ">P1;SEQA\nfirst\nACDEFGHIKLMN*\n>P1;SEQB\n\nACDEFHIKLMN*\n>P1;SEQC\nthird one\nCDEFGHIKLMNP*\n",
+       "", kAligned},
+      {"ravlin's text format, with a structure line", testsupport::read_golden("batch/seqs.txt"), "",
+       ">SEQA alpha protein\nACDEFGHIKLMN-\n>SEQB beta protein\nACDEF-HIKLMN-\n>SEQC gamma protein [201-212]\n"
+       "-CDEFGHIKLMNP\n"},
+      {"Molvane", "PSEQ\nnfirst\nASEQA\nrACDEFGHIKLMN\n\nPSEQ\nASEQB\nrACDEFHIKLMN\n\nPSEQ\nASEQC\nrCDEFGHIKLMNP\n\n",
+       "", ">SEQA first\nACDEFGHIKLMN-\n>SEQB\nACDEF-HIKLMN-\n>SEQC\n-CDEFGHIKLMNP\n"},
+      {"rows in the alignment's order",
+       ">SEQA first\nACDEFGHIKLMN\n>SEQB\nACDEFHIKLMN\n>SEQC third one\nCDEFGHIKLMNP\n",
+       "--output-order aligned --order SEQC",
+       ">SEQC third one\n-CDEFGHIKLMNP\n>SEQA first\nACDEFGHIKLMN-\n>SEQB\nACDEF-HIKLMN-\n"},
+      {"Clustal", ">SEQA\nACDEFGHIKLMN\n>SEQB\nACDEFHIKLMN\n>SEQC\nCDEFGHIKLMNP\n", "-f ALN",
+       "CLUSTAL multiple sequence alignment by ravlin-align 6.0\n\n\nSEQA      ACDEFGHIKLMN-\nSEQB      ACDEF-HIKLMN-\n"
+       "SEQC      -CDEFGHIKLMNP\n           **** ****** \n\n"},
+      {"Stockholm with the structure used", testsupport::read_golden("batch/seqs.txt"), "-f sto",
+       "# STOCKHOLM 1.0\nSEQA         ACDEFGHIKLMN-\n#=GR SEQA SS CCHHHHHHCCCC.\nSEQB         ACDEF-HIKLMN-\n"
+       "SEQC         -CDEFGHIKLMNP\n#=GC SS_cons CCHHHHHHCCCC.\n//\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const TempDir dir;
+    add_weights(dir);
+    dir.write("in.txt", c.input);
+    const AlignRun run = align(dir, "-q --weights tiny.wts " + c.args + " in.txt");
+    EXPECT_EQ(run.result.status, 0) << run.err;
+    EXPECT_EQ(run.result.out, c.expected);
+    EXPECT_EQ(run.err, "");
+  }
+}
+
+// Every failure: status, a message that says what is wrong, and an output
+// file that is neither created nor touched.
+TEST(AlignCommand, FailuresLeaveNothingBehind) {
+  const std::string good = ">a\nACDEFG\n>b\nACDFG\n";
+  const struct {
+    const char* what;
+    std::string input;
+    std::string args;
+    int status;
+    std::string message;
+  } cases[] = {
+      {"no input", good, "", 2, "ravlin-align: no input file given\nusage: ravlin-align"},
+      {"unknown option", good, "--frobnicate in.fa", 2, "unknown option --frobnicate"},
+      {"bad thread count", good, "--threads 0 in.fa", 2, "--threads takes a whole number from 1 to 256"},
+      {"empty file", "", "in.fa", 1, "in.fa is empty"},
+      {"residues before a header", "ACD\n>a\nACDEF\n", "--informat fasta in.fa", 1, "in.fa line 1: residues before"},
+      {"a digit", ">a\nACD1EF\n>b\nACDEF\n", "in.fa", 1, "in.fa line 2: '1' in sequence a is not a residue letter"},
+      {"short sequences", ">BA\nBA\n>BB\nBB\n>BC\nBC\n", "in.fa", 1,
+       "in.fa line 1: sequence BA has 2 residues; ravlin aligns sequences of 3 to 4,000"},
+      {"empty sequence", ">a\n>b\nACDEF\n", "in.fa", 1, "sequence a has no residues"},
+      {"duplicate id", ">a\nACDEF\n>a\nACDEG\n", "in.fa", 1, "the id a is given to sequences 1 and 2"},
+      {"unknown order id", good, "--order zz in.fa", 1, "--order zz: no sequence has that id"},
+      {"missing input", good, "nothere.fa", 1, "cannot read nothere.fa"},
+      {"output over the input", good, "-o in.fa --force in.fa", 1, "the output in.fa is also an input file"},
+      {"existing output", good, "-o keep.txt in.fa", 1, "the output keep.txt exists already; give --force"},
+      {"too long for the alignment", ">a\n" + std::string(3600, 'W') + "\n>b\n" + std::string(3600, 'W') + "\n",
+       "-o keep.txt --force in.fa", 1, "Alignment size exceeded, len = 3500"},
+      {"full disk", good, "-o /dev/full --force in.fa", 1, "cannot write /dev/full"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    TempDir dir;
+    dir.write("in.fa", c.input);
+    dir.write("keep.txt", "precious\n");
+    const AlignRun run = align(dir, "-q " + c.args);
+    EXPECT_EQ(run.result.status, c.status);
+    EXPECT_THAT(run.err, HasSubstr(c.message));
+    EXPECT_EQ(run.result.out, "");
+    EXPECT_EQ(dir.read("keep.txt"), "precious\n");
+    std::size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(dir.path())) ++files;
+    EXPECT_EQ(files, 3u) << "only in.fa, keep.txt and stderr.txt";
+  }
+}
+
+// Inputs that other aligners stumble on end in an alignment.
+TEST(AlignCommand, DegenerateInputsAlign) {
+  const struct {
+    const char* what;
+    std::string input;
+    std::string expected;
+  } cases[] = {
+      {"one sequence", ">only\nMKV\n", ">only\nMKV\n"},
+      {"three identical", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n"},
+      // X scores below zero against itself, so nothing pairs and the ends slide apart.
+      {"all X", ">a\nXXXX\n>b\nXXXX\n", ">a\n----XXXX\n>b\nXXXX----\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    TempDir dir;
+    dir.write("in.fa", c.input);
+    const AlignRun run = align(dir, "-q in.fa");
+    EXPECT_EQ(run.result.status, 0) << run.err;
+    EXPECT_EQ(run.result.out, c.expected);
+  }
+}
+
+// The report is the one ravlin-batch writes for the same parameter file.
+TEST(AlignCommand, ReportEqualsTheBatchReport) {
+  const TempDir dir;
+  add_weights(dir);
+  dir.write("seqs.txt", testsupport::read_golden("batch/seqs.txt"));
+  dir.write("run.parms",
+            "RAVLIN:SCOR_MATRIX tiny.wts\nRAVLIN:STRUCT_BIAS 10\nRAVLIN:INC_GAP_PEN 0\nRAVLIN:PRINT_PCT_HOM 1\n"
+            "RAVLIN:PRINT_ORDER 0\nRAVLIN:CONSENSUS_PCT 50\nRAVLIN:ASCII_FLAG 1\nRAVLIN:RES_LINE_LEN 10\n"
+            "RAVLIN:PRINT_FORMAT 0\nRAVLIN:PRINT_PAIRWISE 1\nRAVLIN:DATA_FORMAT 5\nRAVLIN:DATA_FILE seqs.txt\n"
+            "RAVLIN:SEQ_SELECT 4\n");
+  testsupport::run_program(RAVLIN_BATCH_BIN, "run.parms batch.report", "", dir.path());
+  const AlignRun run = align(dir, "-q --params run.parms -f report -o align.report seqs.txt");
+  ASSERT_EQ(run.result.status, 0) << run.err;
+  EXPECT_EQ(testsupport::mask_date(dir.read("align.report")), testsupport::mask_date(dir.read("batch.report")));
+}
+
+TEST(AlignCommand, HelpVersionAndStandardStreams) {
+  TempDir dir;
+  const AlignRun help = align(dir, "--help");
+  EXPECT_EQ(help.result.status, 0);
+  EXPECT_THAT(help.result.out, HasSubstr("usage: ravlin-align [options] INPUT"));
+  const AlignRun version = align(dir, "-V");
+  EXPECT_EQ(version.result.out, "ravlin-align 6.0\n");
+  // Standard input to a file; progress on standard error only.
+  const AlignRun piped = align(dir, "-o out.fa -", ">a\nMKVLA\n>b\nMKVA\n");
+  EXPECT_EQ(piped.result.status, 0);
+  EXPECT_EQ(dir.read("out.fa"), ">a\nMKVLA\n>b\nMKVA-\n");  // an end gap is free, an inner one costs 11
+  EXPECT_THAT(piped.err, HasSubstr("ravlin-align: multiple alignment done"));
+}
+
+// Biopython's readers take each standard format back with the input's ids
+// and residues.
+TEST(AlignCommand, BiopythonReadsEveryStandardFormat) {
+  TempDir dir;
+  if (testsupport::run_command("/usr/bin/python3 -c 'import Bio.AlignIO'", "", dir.path()).status != 0)
+    GTEST_SKIP() << "Biopython (python3-biopython) is not installed: the read-back test cannot run";
+  const std::string input =
+      ">sp|P69905|HBA_HUMAN Hemoglobin "
+      "alpha\nMVLSPADKTNVKAAWGKVGAHAGEYGAEALERMFLSFPTTKTYFPHFDLSHGSAQVKGHGKKVADALTNAVAHV\n"
+      ">sp|P68871|HBB_HUMAN Hemoglobin beta\nMVHLTPEEKSAVTALWGKVNVDEVGGEALGRLLVVYPWTQRFFESFGDLSTPDAVMGNPKVKAHGKKVLGAF\n"
+      ">myo\nMGLSDGEWQLVLNVWGKVEADIPGHGQEVLIRLFKGHPETLEKFDKFKHLKSEDEMKASEDLKKHGATVLTALGG\n";
+  dir.write("in.fa", input);
+  for (const std::string format : {"fasta", "clustal", "stockholm"}) {
+    SCOPED_TRACE(format);
+    ASSERT_EQ(align(dir, "-q -f " + format + " -o out.aln --force in.fa").result.status, 0);
+    const RunResult check = testsupport::run_command(
+        "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/read_back.py").string()) + " out.aln " +
+            format + " in.fa",
+        "", dir.path());
+    EXPECT_EQ(check.status, 0);
+    EXPECT_EQ(check.out, "3 sequences read back with their ids and residues\n");
+  }
+}
+
+}  // namespace
