@@ -1,7 +1,7 @@
 // Structure sources: the argument's form, recognising a file's format from
 // its content, and the helpers every reader shares.
 //
-// Sections: public routines; shared helpers; private helpers.
+// Sections: format recognition (private); public routines; shared helpers.
 #include "structure/structure_source.hpp"
 
 #include <cctype>
