@@ -57,9 +57,9 @@ std::string with_path(std::string text, const std::string& path) {
 
 TEST(ReadStructureSource, ReadsEachFormat) {
   const std::vector<FormatCase> cases = {
-      {"FASTA-style: inner blanks are states, line-end blanks and CR are not",
+      {"FASTA-style: inner blanks are states, line-end blanks, CR and a byte-order mark are not",
        "states.ss.fa",
-       ">seq1 a title\nHGIEB TSPC-\r\nX  \n\n>seq2\nhhec\n",
+       "\xEF\xBB\xBF>seq1 a title\nHGIEB TSPC-\r\nX  \n\n>seq2\nhhec\n",
        "",
        "",
        {{"seq1", "", "HGIEB TSPC-X", "{F}"}, {"seq2", "", "hhec", "{F}"}}},
