@@ -134,5 +134,7 @@ bool read_text_file(const std::string& path, std::string& text, std::string& err
   std::ostringstream buffer;
   buffer << in.rdbuf();
   text = buffer.str();
+  // Editors on some systems open a text file with a byte-order mark.
+  if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);
   return true;
 }

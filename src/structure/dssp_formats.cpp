@@ -21,8 +21,8 @@ std::string chain_list(const std::vector<std::string>& chains) {
   return list;
 }
 
-std::string no_chain_message(const StructSpec& spec, const std::vector<std::string>& chains) {
-  return spec.path + " has no chain " + spec.chain + " (chains: " + chain_list(chains) +
+std::string no_chain_message(const StructSource& source, const std::vector<std::string>& chains) {
+  return source.path + " has no chain " + source.chain + " (chains: " + chain_list(chains) +
          "); name one of them as ID=FILE:CHAIN";
 }
 
@@ -39,19 +39,20 @@ void note_chain(std::vector<std::string>& chains, const std::string& chain) {
 // Residue lines follow the "  #  RESIDUE" header: chain in column 12, the
 // one-letter residue in column 14 ('!' marks a break, lower case a bridged
 // cysteine), the state in column 17.
-bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
+bool read_ss_dssp(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
+                  std::string& error) {
   const std::vector<std::string_view> lines = split_lines(text);
   std::size_t k = 0;
   while (k < lines.size() && !starts_with(lines[k], "  #  RESIDUE")) ++k;
-  std::string chosen = spec.chain;
+  std::string chosen = source.chain;
   std::vector<std::string> chains;
-  StructEntry entry{spec.id, "", "", ""};
+  StructEntry entry{source.id, "", "", ""};
   for (++k; k < lines.size(); ++k) {
     const std::string_view line = lines[k];
     if (line.find_first_not_of(' ') == std::string_view::npos) continue;
     const int lineNo = static_cast<int>(k) + 1;
     if (line.size() < 17) {
-      error = file_line(spec.path, lineNo) + "a residue line shorter than 17 columns; the DSSP file looks damaged";
+      error = file_line(source.path, lineNo) + "a residue line shorter than 17 columns; the DSSP file looks damaged";
       return false;
     }
     if (line[13] == '!') continue;
@@ -61,7 +62,7 @@ bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<Str
     if (chain != chosen) continue;
     const unsigned char residue = static_cast<unsigned char>(line[13]);
     if (!std::isalpha(residue) || map_structure_state(line[16]) == 0) {
-      error = file_line(spec.path, lineNo) + "no residue letter in column 14 or no DSSP state in column 17; " +
+      error = file_line(source.path, lineNo) + "no residue letter in column 14 or no DSSP state in column 17; " +
               "give mkdssp's classic output unchanged";
       return false;
     }
@@ -69,11 +70,11 @@ bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<Str
     entry.states += line[16];
   }
   if (entry.residues.empty()) {
-    error = spec.chain.empty() ? spec.path + ": the DSSP file lists no residues; check the mkdssp run"
-                               : no_chain_message(spec, chains);
+    error = source.chain.empty() ? source.path + ": the DSSP file lists no residues; check the mkdssp run"
+                                 : no_chain_message(source, chains);
     return false;
   }
-  entry.origin = spec.path + " chain " + chosen;
+  entry.origin = source.path + " chain " + chosen;
   out.push_back(entry);
   return true;
 }
@@ -257,7 +258,7 @@ char conf_type_state(std::string_view type) {
 
 // The chosen chain's residues, from the residue table when the file has one,
 // else from the summary. chainShown is the chain as a user names it.
-bool select_chain(const StructSpec& spec, const std::map<std::string, CifTable>& tables,
+bool select_chain(const StructSource& source, const std::map<std::string, CifTable>& tables,
                   std::vector<CifResidue>& residues, std::string& chainShown, std::string& error) {
   const auto scheme = tables.find("_pdbx_poly_seq_scheme");
   const bool fromScheme = scheme != tables.end();
@@ -267,7 +268,7 @@ bool select_chain(const StructSpec& spec, const std::map<std::string, CifTable>&
   const int monCol = table.column(fromScheme ? "mon_id" : "label_comp_id");
   const int authCol = table.column("pdb_strand_id"), seenCol = table.column("pdb_mon_id");
   if (asymCol < 0 || seqCol < 0 || monCol < 0) {
-    error = file_line(spec.path, table.line) +
+    error = file_line(source.path, table.line) +
             "the residue table lacks chain, number or residue columns; give mkdssp's output unchanged";
     return false;
   }
@@ -278,21 +279,21 @@ bool select_chain(const StructSpec& spec, const std::map<std::string, CifTable>&
     note_chain(chains, auth);
     const char letter = residue_letter(table.at(r, monCol));
     // By default the first chain with an amino acid: nucleic acids come first in some files.
-    if (chainShown.empty() && !spec.chain.empty()) chainShown = spec.chain;
+    if (chainShown.empty() && !source.chain.empty()) chainShown = source.chain;
     if (chainShown.empty() && letter != 'X') chainShown = auth;
     if (auth != chainShown && asym != chainShown) continue;
     if (seenCol >= 0 && table.at(r, seenCol) == "?") continue;  // no coordinates
     CifResidue residue{asym, 0, letter, '-'};
     if (!to_int(table.at(r, seqCol), residue.seq)) {
-      error = file_line(spec.path, table.line) +
+      error = file_line(source.path, table.line) +
               "a residue number in the residue table is not a number; the file looks damaged";
       return false;
     }
     residues.push_back(residue);
   }
   if (residues.empty()) {
-    error = spec.chain.empty() ? spec.path + ": the mmCIF file lists no amino acids with coordinates"
-                               : no_chain_message(spec, chains);
+    error = source.chain.empty() ? source.path + ": the mmCIF file lists no amino acids with coordinates"
+                                 : no_chain_message(source, chains);
     return false;
   }
   return true;
@@ -339,28 +340,29 @@ void apply_ranges(const CifTable& table, bool strands, std::vector<CifResidue>& 
 
 }  // namespace
 
-bool read_ss_mmcif(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
+bool read_ss_mmcif(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
+                   std::string& error) {
   std::map<std::string, CifTable> tables;
-  if (!read_cif_tables(spec.path, text, tables, error)) return false;
+  if (!read_cif_tables(source.path, text, tables, error)) return false;
   const auto summary = tables.find("_dssp_struct_summary");
   const bool hasRanges = tables.count("_struct_conf") + tables.count("_struct_sheet_range") > 0;
   if (summary == tables.end() && !(hasRanges && tables.count("_pdbx_poly_seq_scheme") > 0)) {
-    error = spec.path + ": no secondary structure in this mmCIF file; run mkdssp on it and give its output";
+    error = source.path + ": no secondary structure in this mmCIF file; run mkdssp on it and give its output";
     return false;
   }
   std::vector<CifResidue> residues;
   std::string chain;
-  if (!select_chain(spec, tables, residues, chain, error)) return false;
+  if (!select_chain(source, tables, residues, chain, error)) return false;
   if (summary != tables.end()) {
     apply_summary(summary->second, residues);
   } else {
     if (tables.count("_struct_conf") > 0) apply_ranges(tables.at("_struct_conf"), false, residues);
     if (tables.count("_struct_sheet_range") > 0) apply_ranges(tables.at("_struct_sheet_range"), true, residues);
   }
-  StructEntry entry{spec.id, "", "", spec.path + " chain " + chain};
+  StructEntry entry{source.id, "", "", source.path + " chain " + chain};
   for (const CifResidue& residue : residues) {
     if (map_structure_state(residue.state) == 0) {
-      error = file_line(spec.path, summary->second.line) + "'" + residue.state +
+      error = file_line(source.path, summary->second.line) + "'" + residue.state +
               "' in the summary is not a DSSP state; give mkdssp's output unchanged";
       return false;
     }
@@ -368,7 +370,7 @@ bool read_ss_mmcif(const StructSpec& spec, std::string_view text, std::vector<St
     entry.states += residue.state;
   }
   if (entry.residues.empty()) {
-    error = spec.path + ": chain " + chain + " has no residues with secondary structure; check the mkdssp run";
+    error = source.path + ": chain " + chain + " has no residues with secondary structure; check the mkdssp run";
     return false;
   }
   out.push_back(entry);

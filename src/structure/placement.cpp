@@ -1,7 +1,7 @@
 // Placing a structure's residues on a sequence by matching residues, and
 // giving each input sequence its structure string.
 //
-// Sections: public routines; matching residues.
+// Sections: matching residues; public routines.
 #include "structure/placement.hpp"
 
 #include <algorithm>
@@ -48,7 +48,13 @@ Best best_of(int pair, int structSkip, int seqSkip) {
 
 // partner[i] is the sequence position paired with structure residue i, or -1.
 // Semi-global: residues before and after the matched stretch are free on both
-// sides; inside it a run of unmatched residues costs kGapOpen.
+// sides; inside it a run of unmatched residues costs kGapOpen. With s the
+// structure and q the sequence, for i, j >= 1:
+//   pair(i,j)  = best(pair, sskip, qskip at i-1,j-1) + match_score(s[i-1], q[j-1])
+//   sskip(i,j) = best(pair(i-1,j) - open, sskip(i-1,j), qskip(i-1,j) - open)   s[i-1] has no partner
+//   qskip(i,j) = best(pair(i,j-1) - open, sskip(i,j-1) - open, qskip(i,j-1))   q[j-1] has no partner
+// Row 0 starts with free qskip, column 0 with free sskip; the end is the best
+// cell of the last row or column. Ties prefer pair, then sskip, then qskip.
 std::vector<int> match_residues(const std::string& s, const std::string& q) {
   const std::size_t m = s.size(), n = q.size(), w = n + 1;
   std::vector<std::uint8_t> trace((m + 1) * w, 0);

@@ -28,12 +28,15 @@ struct FastaRecord {
 bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed, const char* what,
                         std::vector<FastaRecord>& out, std::string& error);
 
-bool read_ss_fasta(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
-bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
+bool read_ss_fasta(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
+                   std::string& error);
+bool read_ss_stockholm(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
                        std::string& error);
-bool read_ss_dssp(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
-bool read_ss_mmcif(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
-bool read_ss_psipred(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error);
+bool read_ss_dssp(const StructSource& source, std::string_view text, std::vector<StructEntry>& out, std::string& error);
+bool read_ss_mmcif(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
+                   std::string& error);
+bool read_ss_psipred(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
+                     std::string& error);
 
 // One-letter code of a three-letter residue name; 'X' for any other.
 char residue_letter(std::string_view name);

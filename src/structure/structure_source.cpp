@@ -1,7 +1,7 @@
 // Structure sources: the argument's form, recognising a file's format from
 // its content, and the helpers every reader shares.
 //
-// Sections: public routines; shared helpers; private helpers.
+// Sections: format recognition (private); public routines; shared helpers.
 #include "structure/structure_source.hpp"
 
 #include <cctype>
@@ -46,32 +46,32 @@ Format recognise_format(std::string_view text) {
 
 // ---- public routines ----
 
-bool parse_structure_spec(const std::string& text, StructSpec& spec, std::string& error) {
-  spec = StructSpec{};
+bool parse_structure_source(const std::string& text, StructSource& source, std::string& error) {
+  source = StructSource{};
   if (text.empty()) {
     error = "empty structure source: give FILE, ID=FILE or ID=FILE:CHAIN";
     return false;
   }
   if (is_file(text)) {
-    spec.path = text;
+    source.path = text;
     return true;
   }
   std::string rest = text;
   const std::size_t eq = text.find('=');
   if (eq != std::string::npos) {
-    spec.id = text.substr(0, eq);
+    source.id = text.substr(0, eq);
     rest = text.substr(eq + 1);
-    if (spec.id.empty() || spec.id.find_first_of(" \t") != std::string::npos) {
+    if (source.id.empty() || source.id.find_first_of(" \t") != std::string::npos) {
       error = "structure source '" + text + "': give the sequence id (one word) before '='";
       return false;
     }
   }
-  spec.path = rest;
+  source.path = rest;
   const std::size_t colon = rest.rfind(':');
   if (!is_file(rest) && colon != std::string::npos && is_file(rest.substr(0, colon))) {
-    spec.path = rest.substr(0, colon);
-    spec.chain = rest.substr(colon + 1);
-    if (spec.chain.empty()) {
+    source.path = rest.substr(0, colon);
+    source.chain = rest.substr(colon + 1);
+    if (source.chain.empty()) {
       error = "structure source '" + text + "': give the chain after ':' or leave out the ':'";
       return false;
     }
@@ -80,35 +80,35 @@ bool parse_structure_spec(const std::string& text, StructSpec& spec, std::string
 }
 
 bool read_structure_source(const std::string& text, std::vector<StructEntry>& out, std::string& error) {
-  StructSpec spec;
+  StructSource source;
   std::string content;
-  if (!parse_structure_spec(text, spec, error) || !read_text_file(spec.path, content, error)) return false;
+  if (!parse_structure_source(text, source, error) || !read_text_file(source.path, content, error)) return false;
   const Format format = recognise_format(content);
   const bool ownsIds = format == Format::Fasta || format == Format::Stockholm;
-  if (ownsIds && !spec.id.empty()) {
-    error = spec.path + ": this file names its own sequences; give it without '" + spec.id + "='";
+  if (ownsIds && !source.id.empty()) {
+    error = source.path + ": this file names its own sequences; give it without '" + source.id + "='";
     return false;
   }
-  if (!spec.chain.empty() && format != Format::Dssp && format != Format::Mmcif) {
-    error = spec.path + ": a chain can be chosen only in DSSP and mmCIF files; leave out ':" + spec.chain + "'";
+  if (!source.chain.empty() && format != Format::Dssp && format != Format::Mmcif) {
+    error = source.path + ": a chain can be chosen only in DSSP and mmCIF files; leave out ':" + source.chain + "'";
     return false;
   }
-  if (spec.id.empty() && !ownsIds) spec.id = id_from_path(spec.path);
+  if (source.id.empty() && !ownsIds) source.id = id_from_path(source.path);
   switch (format) {
     case Format::Fasta:
-      return read_ss_fasta(spec, content, out, error);
+      return read_ss_fasta(source, content, out, error);
     case Format::Stockholm:
-      return read_ss_stockholm(spec, content, out, error);
+      return read_ss_stockholm(source, content, out, error);
     case Format::Dssp:
-      return read_ss_dssp(spec, content, out, error);
+      return read_ss_dssp(source, content, out, error);
     case Format::Mmcif:
-      return read_ss_mmcif(spec, content, out, error);
+      return read_ss_mmcif(source, content, out, error);
     case Format::Psipred:
-      return read_ss_psipred(spec, content, out, error);
+      return read_ss_psipred(source, content, out, error);
     case Format::Unknown:
       break;
   }
-  error = spec.path +
+  error = source.path +
           ": not a structure file ravlin knows; give FASTA-style states ('>' headers), DSSP or mmCIF "
           "output of mkdssp, a PSIPRED .ss2 or .horiz file, or Stockholm with #=GR SS lines";
   return false;

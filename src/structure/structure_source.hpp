@@ -21,7 +21,7 @@ struct StructEntry {
 };
 
 // What a source argument names: FILE, ID=FILE or ID=FILE:CHAIN.
-struct StructSpec {
+struct StructSource {
   std::string id;  // empty: taken from the file
   std::string path;
   std::string chain;  // empty: the first chain
@@ -29,7 +29,7 @@ struct StructSpec {
 
 // Splits a source argument. A whole argument that names an existing file is
 // that file, so names holding '=' or ':' still work.
-bool parse_structure_spec(const std::string& text, StructSpec& spec, std::string& error);
+bool parse_structure_source(const std::string& text, StructSource& source, std::string& error);
 
 // Reads every structure the source holds and appends them to out.
 bool read_structure_source(const std::string& text, std::vector<StructEntry>& out, std::string& error);

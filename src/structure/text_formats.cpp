@@ -81,12 +81,13 @@ bool read_fasta_records(const std::string& path, std::string_view text, std::str
 
 // ---- FASTA-style states ----
 
-bool read_ss_fasta(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
+bool read_ss_fasta(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
+                   std::string& error) {
   std::vector<FastaRecord> records;
-  if (!read_fasta_records(spec.path, text, kStateLetters, "a structure state (H G I E B T S P C, '-' or X)", records,
+  if (!read_fasta_records(source.path, text, kStateLetters, "a structure state (H G I E B T S P C, '-' or X)", records,
                           error))
     return false;
-  for (const FastaRecord& record : records) out.push_back({record.id, "", record.data, spec.path});
+  for (const FastaRecord& record : records) out.push_back({record.id, "", record.data, source.path});
   return true;
 }
 
@@ -103,7 +104,7 @@ bool is_stockholm_gap(char c) { return c == '.' || c == '-'; }
 
 }  // namespace
 
-bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out,
+bool read_ss_stockholm(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
                        std::string& error) {
   std::map<std::string, StockholmRow> seqs, structs;
   std::vector<std::string> order;
@@ -116,7 +117,7 @@ bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vecto
     if (first == "#=GR") {
       if (!(words >> second >> third) || third != "SS") continue;
       if (!(words >> fourth)) {
-        error = file_line(spec.path, lineNo) + "#=GR " + second + " SS without states; give them or remove the line";
+        error = file_line(source.path, lineNo) + "#=GR " + second + " SS without states; give them or remove the line";
         return false;
       }
       StockholmRow& row = structs[second];
@@ -132,25 +133,25 @@ bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vecto
     }
   }
   if (order.empty()) {
-    error = spec.path + ": no '#=GR ID SS' lines found; Stockholm structure needs them";
+    error = source.path + ": no '#=GR ID SS' lines found; Stockholm structure needs them";
     return false;
   }
   for (const std::string& id : order) {
     const StockholmRow& ss = structs[id];
     const auto seq = seqs.find(id);
     if (seq == seqs.end() || seq->second.text.size() != ss.text.size()) {
-      error = file_line(spec.path, ss.line) + "the SS line of " + id + " has " + std::to_string(ss.text.size()) +
+      error = file_line(source.path, ss.line) + "the SS line of " + id + " has " + std::to_string(ss.text.size()) +
               " columns but its aligned sequence has " +
               std::to_string(seq == seqs.end() ? 0 : seq->second.text.size()) +
               "; give one SS column per alignment column";
       return false;
     }
-    StructEntry entry{id, "", "", spec.path};
+    StructEntry entry{id, "", "", source.path};
     for (std::size_t c = 0; c < ss.text.size(); ++c) {
       if (is_stockholm_gap(seq->second.text[c])) continue;
       const char state = is_stockholm_gap(ss.text[c]) || ss.text[c] == '_' ? '-' : ss.text[c];
       if (map_structure_state(state) == 0) {
-        error = file_line(spec.path, ss.line) + shown(state) + " in the SS line of " + id +
+        error = file_line(source.path, ss.line) + shown(state) + " in the SS line of " + id +
                 " is not a structure state (H G I E B T S P C, '-' or X)";
         return false;
       }
@@ -165,7 +166,7 @@ bool read_ss_stockholm(const StructSpec& spec, std::string_view text, std::vecto
 
 namespace {
 
-bool read_ss2(const StructSpec& spec, const std::vector<std::string_view>& lines, StructEntry& entry,
+bool read_ss2(const StructSource& source, const std::vector<std::string_view>& lines, StructEntry& entry,
               std::string& error) {
   for (std::size_t k = 0; k < lines.size(); ++k) {
     const std::string_view line = trim(lines[k]);
@@ -175,7 +176,7 @@ bool read_ss2(const StructSpec& spec, const std::vector<std::string_view>& lines
     char residue = 0, state = 0;
     if (!(words >> number >> residue >> state) || !std::isalpha(static_cast<unsigned char>(residue)) ||
         (state != 'H' && state != 'E' && state != 'C')) {
-      error = file_line(spec.path, static_cast<int>(k) + 1) +
+      error = file_line(source.path, static_cast<int>(k) + 1) +
               "not a PSIPRED .ss2 line (number, residue, state H, E or C, three scores); check the file";
       return false;
     }
@@ -185,7 +186,7 @@ bool read_ss2(const StructSpec& spec, const std::vector<std::string_view>& lines
   return true;
 }
 
-bool read_horiz(const StructSpec& spec, const std::vector<std::string_view>& lines, StructEntry& entry,
+bool read_horiz(const StructSource& source, const std::vector<std::string_view>& lines, StructEntry& entry,
                 std::string& error) {
   for (std::size_t k = 0; k < lines.size(); ++k) {
     const std::string_view line = trim(lines[k]);
@@ -195,7 +196,7 @@ bool read_horiz(const StructSpec& spec, const std::vector<std::string_view>& lin
     for (const char c : value) {
       const bool good = pred ? (c == 'H' || c == 'E' || c == 'C') : std::isalpha(static_cast<unsigned char>(c)) != 0;
       if (!good) {
-        error = file_line(spec.path, static_cast<int>(k) + 1) + shown(c) + " is not a PSIPRED " +
+        error = file_line(source.path, static_cast<int>(k) + 1) + shown(c) + " is not a PSIPRED " +
                 (pred ? "state (H, E or C)" : "residue letter") + "; check the file";
         return false;
       }
@@ -203,7 +204,7 @@ bool read_horiz(const StructSpec& spec, const std::vector<std::string_view>& lin
     (pred ? entry.states : entry.residues) += value;
   }
   if (entry.states.size() != entry.residues.size()) {
-    error = spec.path + ": " + std::to_string(entry.states.size()) + " predicted states but " +
+    error = source.path + ": " + std::to_string(entry.states.size()) + " predicted states but " +
             std::to_string(entry.residues.size()) + " residues on the AA lines; the file looks cut short";
     return false;
   }
@@ -212,14 +213,15 @@ bool read_horiz(const StructSpec& spec, const std::vector<std::string_view>& lin
 
 }  // namespace
 
-bool read_ss_psipred(const StructSpec& spec, std::string_view text, std::vector<StructEntry>& out, std::string& error) {
+bool read_ss_psipred(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
+                     std::string& error) {
   const std::vector<std::string_view> lines = split_lines(text);
   bool horiz = false;
   for (const std::string_view line : lines) horiz = horiz || trim(line).substr(0, 5) == "Pred:";
-  StructEntry entry{spec.id, "", "", spec.path};
-  if (!(horiz ? read_horiz(spec, lines, entry, error) : read_ss2(spec, lines, entry, error))) return false;
+  StructEntry entry{source.id, "", "", source.path};
+  if (!(horiz ? read_horiz(source, lines, entry, error) : read_ss2(source, lines, entry, error))) return false;
   if (entry.states.empty()) {
-    error = spec.path + ": no predicted residues found; give PSIPRED's .ss2 or .horiz output";
+    error = source.path + ": no predicted residues found; give PSIPRED's .ss2 or .horiz output";
     return false;
   }
   for (char& c : entry.residues) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));

@@ -57,9 +57,9 @@ std::string with_path(std::string text, const std::string& path) {
 
 TEST(ReadStructureSource, ReadsEachFormat) {
   const std::vector<FormatCase> cases = {
-      {"FASTA-style: inner blanks are states, line-end blanks and CR are not",
+      {"FASTA-style: inner blanks are states, line-end blanks, CR and a byte-order mark are not",
        "states.ss.fa",
-       ">seq1 a title\nHGIEB TSPC-\r\nX  \n\n>seq2\nhhec\n",
+       "\xEF\xBB\xBF>seq1 a title\nHGIEB TSPC-\r\nX  \n\n>seq2\nhhec\n",
        "",
        "",
        {{"seq1", "", "HGIEB TSPC-X", "{F}"}, {"seq2", "", "hhec", "{F}"}}},
@@ -125,7 +125,7 @@ TEST(MapStructureState, FollowsTheDsspGroups) {
   for (const char raw : std::string(".AQ*0\t")) EXPECT_EQ(map_structure_state(raw), 0) << raw;
 }
 
-TEST(ParseStructureSpec, SplitsIdFileAndChain) {
+TEST(ParseStructureSource, SplitsIdFileAndChain) {
   TempDir dir;
   const std::string plain = dir.write("a.dssp", "").string(), odd = dir.write("odd=name:1.fa", "").string();
   struct Case {
@@ -144,14 +144,14 @@ TEST(ParseStructureSpec, SplitsIdFileAndChain) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
-    StructSpec spec;
+    StructSource source;
     std::string error;
-    EXPECT_EQ(parse_structure_spec(c.text, spec, error), c.error.empty());
+    EXPECT_EQ(parse_structure_source(c.text, source, error), c.error.empty());
     EXPECT_EQ(error, c.error);
     if (!c.error.empty()) continue;
-    EXPECT_EQ(spec.id, c.id);
-    EXPECT_EQ(spec.path, c.path);
-    EXPECT_EQ(spec.chain, c.chain);
+    EXPECT_EQ(source.id, c.id);
+    EXPECT_EQ(source.path, c.path);
+    EXPECT_EQ(source.chain, c.chain);
   }
 }
 
