@@ -228,9 +228,9 @@ void write_result(const AlignOptions& options, const std::vector<int>& alignOrde
 std::vector<std::string> files_read(const AlignOptions& options) {
   std::vector<std::string> files = {options.input, options.paramsFile, options.weightsFile, options.anchorsFile};
   for (const std::string& source : options.ssFiles) {
-    StructSpec spec;
+    StructSource spec;
     std::string ignored;
-    files.push_back(parse_structure_spec(source, spec, ignored) ? spec.path : source);
+    files.push_back(parse_structure_source(source, spec, ignored) ? spec.path : source);
   }
   files.erase(std::remove(files.begin(), files.end(), std::string()), files.end());
   return files;
