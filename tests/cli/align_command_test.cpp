@@ -200,3 +200,59 @@ TEST(AlignCommand, BiopythonReadsEveryStandardFormat) {
 }
 
 }  // namespace
+
+namespace {
+
+std::string example(const std::string& name) { return shell_quote(testsupport::source_path("examples/" + name)); }
+
+// Structure and anchors from their own files give the alignment that the same
+// structure and anchor lines in ravlin's own formats give.
+TEST(AlignCommand, StructureFilesMatchStructureLines) {
+  const struct {
+    const char* what;
+    std::string withFiles;
+    std::string withLines;
+  } cases[] = {
+      {"DSSP letters", "gluts.fa --ss " + example("gluts.ss.fa"), "gluts.txt"},
+      {"structure and anchors",
+       "pla2_anchored.fa -s " + example("pla2_anchored.ss.fa") + " --anchors " + example("pla2_anchored.anchors.fa"),
+       "pla2_anchored.txt"},
+      {"Molvane structure", "lysozyme.fa --ss " + example("lysozyme.ss.fa"), "lysozyme.molvane"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    TempDir dir;
+    const AlignRun files = align(dir, "-q -f sto " + example(c.withFiles.substr(0, c.withFiles.find(' '))) +
+                                          c.withFiles.substr(c.withFiles.find(' ')));
+    const AlignRun lines = align(dir, "-q -f sto " + example(c.withLines));
+    EXPECT_EQ(files.result.status, 0) << files.err;
+    EXPECT_EQ(files.result.out, lines.result.out);
+    // The Stockholm output carries the structure back in.
+    dir.write("round.sto", files.result.out);
+    EXPECT_EQ(align(dir, "-q -f sto round.sto").result.out, lines.result.out);
+  }
+}
+
+TEST(AlignCommand, StructureFileFaults) {
+  const struct {
+    const char* what;
+    std::string ss;
+    std::string message;
+  } cases[] = {
+      {"unknown id", ">zz\nHHHH\n", "zz"},
+      {"wrong length", ">a\nHHH\n", "a"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    TempDir dir;
+    dir.write("in.fa", ">a\nACDEFG\n>b\nACDFG\n");
+    dir.write("s.ss.fa", c.ss);
+    const AlignRun run = align(dir, "-q --ss s.ss.fa -o out.fa in.fa");
+    EXPECT_EQ(run.result.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("ravlin-align: error: "));
+    EXPECT_THAT(run.err, HasSubstr(c.message));
+    EXPECT_FALSE(std::filesystem::exists(dir.file("out.fa")));
+  }
+}
+
+}  // namespace
