@@ -1,20 +1,10 @@
 #!/usr/bin/env bash
-# Builds ravlin and aligns the shipped glutathione S-transferase example with
-# the shipped default parameters, answering the menus as a user would:
-# 1 (text-based format), the data file name, 15 (let the program choose the
-# order of the 14 sequences) and the report file name.
+# Builds ravlin-align and aligns the shipped glutathione S-transferase family
+# (14 sequences in FASTA, with their secondary structure in DSSP letters) with
+# the built-in defaults, showing the alignment in Clustal layout.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh
+scripts/setup.sh >&2
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build --target ravlin -j2
-
-# ravlin reads ravlin.parms (which names ravlin.wts) from the directory it runs
-# in and leaves ravlin.parms.tmp there, so it runs in a directory of its own.
-run=build/example
-mkdir -p "$run"
-cp data/ravlin.parms data/ravlin.wts examples/gluts.txt "$run"/
-cd "$run"
-printf '1\ngluts.txt\n15\ngluts.report\n' | ../apps/ravlin
-echo
-echo "Report: $(pwd)/gluts.report"
+cmake --build build --target ravlin-align -j2 >/dev/null
+build/apps/ravlin-align --ss examples/gluts.ss.fa -f clustal examples/gluts.fa
