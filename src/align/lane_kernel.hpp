@@ -1,0 +1,61 @@
+// The vector kernel of the pairwise stage: one row sequence against up to
+// `lanes` column sequences at once, one pair per lane. It computes exactly
+// what sum_matrix_cells computes (same sums, same choices, same ties) but
+// keeps only two score rows and, per cell, the bits the traceback needs.
+//
+// Lane layout: every per-column array holds `lanes` entries per column,
+// lane l at [c * lanes + l]. A lane whose sequence is shorter than the batch
+// width `cols` is padded at the start: its real column 0 is laneStart[l]. The
+// summation runs from the right, so padded cells never feed a real one.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// What the traceback keeps per cell and lane, as four bit fields of one
+// entry (field f of lane l is bit f * lanes + l):
+inline constexpr int kTookColCarry = 0;   // the cell's successor came from its column carry
+inline constexpr int kTookRowCarry = 1;   // ... from the row carry
+inline constexpr int kRowRefreshed = 2;   // the row carry took this step's candidate
+inline constexpr int kColRefreshed = 3;   // the column carry took this step's candidate
+
+// Bytes of one cell entry: four fields of `lanes` bits.
+inline constexpr std::size_t lane_entry_bytes(int lanes) { return static_cast<std::size_t>(lanes) / 2; }
+
+struct LaneBatch {
+  int rows = 0;   // positions of the row sequence
+  int cols = 0;   // padded width of the column sequences
+  int lanes = 0;  // pairs side by side (the kernel's width)
+  std::int32_t gapSizePen = 0;
+
+  // Per row i: codes selecting the profile rows; the row's step terms.
+  const std::int32_t* rowWtCode = nullptr;     // [rows] 0..31
+  const std::int32_t* rowSsCode = nullptr;     // [rows] 0..31, or null for no structure scores
+  const std::int32_t* rowStructMin = nullptr;  // [rows] min(rowStruct[i], rowStruct[i+1])
+  const std::int32_t* rowGapCharge = nullptr;  // [rows] gapPen + rowGroup[i+1]
+
+  // Per column (lane-interleaved): pair scores by row code, step terms.
+  const std::int32_t* wtProfile = nullptr;     // [32][cols][lanes]
+  const std::int32_t* ssProfile = nullptr;     // [32][cols][lanes], used when rowSsCode is set
+  const std::int32_t* colStructMin = nullptr;  // [cols][lanes]
+  const std::int32_t* colGapCharge = nullptr;  // [cols][lanes]
+  const std::int32_t* laneStart = nullptr;     // [lanes] real column 0 of each lane
+
+  // Scratch, [cols][lanes] each: two score rows and the column carries.
+  std::int32_t* rowA = nullptr;
+  std::int32_t* rowB = nullptr;
+  std::int32_t* colScore = nullptr;
+  std::int32_t* colLevel = nullptr;
+  std::int32_t* colUsable = nullptr;
+
+  // Out: sums of each lane's real column 0 for every row, [rows][lanes];
+  // the cell entries, [rows - 1][cols] entries of lane_entry_bytes(lanes).
+  std::int32_t* colZeroSums = nullptr;
+  unsigned char* bits = nullptr;
+};
+
+// In: a filled batch. Out: colZeroSums, bits, and the returned pointer to
+// row 0's sums ([cols][lanes], inside rowA or rowB).
+const std::int32_t* lane_sum_sse41(const LaneBatch& batch);
+const std::int32_t* lane_sum_avx2(const LaneBatch& batch);
+const std::int32_t* lane_sum_avx512(const LaneBatch& batch);

@@ -1,0 +1,33 @@
+// The lane kernel on AVX2: eight pairs at once. Compiled with -mavx2.
+#include <immintrin.h>
+
+#include "align/lane_kernel.hpp"
+
+namespace {
+
+struct Avx2 {
+  static constexpr int kLanes = 8;
+  using Reg = __m256i;
+  using Mask = __m256i;  // all ones in a lane that is set
+  static Reg load(const std::int32_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
+  static void store(std::int32_t* p, Reg v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
+  static Reg set1(std::int32_t x) { return _mm256_set1_epi32(x); }
+  static Reg add(Reg a, Reg b) { return _mm256_add_epi32(a, b); }
+  static Reg sub(Reg a, Reg b) { return _mm256_sub_epi32(a, b); }
+  static Mask gt(Reg a, Reg b) { return _mm256_cmpgt_epi32(a, b); }
+  static Mask none() { return _mm256_setzero_si256(); }
+  static Mask and_(Mask a, Mask b) { return _mm256_and_si256(a, b); }
+  static Mask or_(Mask a, Mask b) { return _mm256_or_si256(a, b); }
+  static Mask not_(Mask a) { return _mm256_xor_si256(a, _mm256_set1_epi32(-1)); }
+  static Mask andnot(Mask a, Mask b) { return _mm256_andnot_si256(a, b); }  // b and not a
+  static Reg select(Mask m, Reg ifClear, Reg ifSet) { return _mm256_blendv_epi8(ifClear, ifSet, m); }
+  static Mask load_mask(const std::int32_t* p) { return load(p); }
+  static void store_mask(std::int32_t* p, Mask m) { store(p, m); }
+  static unsigned bits(Mask m) { return static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(m))); }
+};
+
+#include "align/lane_kernel_body.inc"
+
+}  // namespace
+
+const std::int32_t* lane_sum_avx2(const LaneBatch& batch) { return lane_sum<Avx2>(batch); }

@@ -1,0 +1,41 @@
+// The lane kernel on AVX-512 (foundation instructions only): sixteen pairs at
+// once. Compiled with -mavx512f.
+#include <immintrin.h>
+
+#include <cstring>
+
+#include "align/lane_kernel.hpp"
+
+namespace {
+
+struct Avx512 {
+  static constexpr int kLanes = 16;
+  using Reg = __m512i;
+  using Mask = __mmask16;
+  static Reg load(const std::int32_t* p) { return _mm512_loadu_si512(p); }
+  static void store(std::int32_t* p, Reg v) { _mm512_storeu_si512(p, v); }
+  static Reg set1(std::int32_t x) { return _mm512_set1_epi32(x); }
+  static Reg add(Reg a, Reg b) { return _mm512_add_epi32(a, b); }
+  static Reg sub(Reg a, Reg b) { return _mm512_sub_epi32(a, b); }
+  static Mask gt(Reg a, Reg b) { return _mm512_cmpgt_epi32_mask(a, b); }
+  static Mask none() { return 0; }
+  static Mask and_(Mask a, Mask b) { return static_cast<Mask>(a & b); }
+  static Mask or_(Mask a, Mask b) { return static_cast<Mask>(a | b); }
+  static Mask not_(Mask a) { return static_cast<Mask>(~a); }
+  static Mask andnot(Mask a, Mask b) { return static_cast<Mask>(b & ~a); }  // b and not a
+  static Reg select(Mask m, Reg ifClear, Reg ifSet) { return _mm512_mask_blend_epi32(m, ifClear, ifSet); }
+  // A column's link flags live in the first two bytes of its lane slot.
+  static Mask load_mask(const std::int32_t* p) {
+    Mask m;
+    std::memcpy(&m, p, sizeof m);
+    return m;
+  }
+  static void store_mask(std::int32_t* p, Mask m) { std::memcpy(p, &m, sizeof m); }
+  static unsigned bits(Mask m) { return m; }
+};
+
+#include "align/lane_kernel_body.inc"
+
+}  // namespace
+
+const std::int32_t* lane_sum_avx512(const LaneBatch& batch) { return lane_sum<Avx512>(batch); }
