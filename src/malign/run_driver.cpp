@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "align/kernel_select.hpp"
 #include "align/pair_align.hpp"
 #include "align/score_codes.hpp"
 #include "malign/mult_align.hpp"
@@ -189,6 +190,7 @@ void order_from_pairs(std::span<const AlignRecord> pairs, int n, std::span<int> 
 }  // namespace
 
 int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
+  active_kernel();  // a wrong RAVLIN_KERNEL ends the run before anything is read
   UniqueFile parms = get_parms_file(parmsPath);
   FoundFlags found{};
   resLineLen = 0;
