@@ -44,7 +44,7 @@ AlignStatus reserve_lanes(LaneWorkspace& ws, bool withSs) {
       (withSs && !grow(ws.ssProfile, kTableDim * row)))
     return {AlignFault::outOfMemory, 0, kMatrixLabel};
   if (!grow(ws.colStructMin, row) || !grow(ws.colGapCharge, row) || !grow(ws.rowA, row) || !grow(ws.rowB, row) ||
-      !grow(ws.colScore, row) || !grow(ws.colLevel, row) || !grow(ws.colUsable, row) ||
+      !grow(ws.zeroRow, row) || !grow(ws.colScore, row) || !grow(ws.colLevel, row) || !grow(ws.colUsable, row) ||
       !grow(ws.colZeroSums, rows * lanes) || !grow(ws.rowWtCode, rows) || !grow(ws.rowSsCode, rows) ||
       !grow(ws.rowStructMin, rows) || !grow(ws.rowGapCharge, rows))
     return {AlignFault::outOfMemory, 0, kWorkLabel};
@@ -173,6 +173,7 @@ AlignStatus sum_lanes(LaneWorkspace& ws, KernelKind kind, const LaneOperand& row
   batch.colStructMin = ws.colStructMin.data();
   batch.colGapCharge = ws.colGapCharge.data();
   batch.laneStart = ws.laneStart.data();
+  batch.zeroRow = ws.zeroRow.data();
   batch.rowA = ws.rowA.data();
   batch.rowB = ws.rowB.data();
   batch.colScore = ws.colScore.data();

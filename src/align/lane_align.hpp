@@ -28,6 +28,7 @@ struct LaneOperand {
 // Scratch of one worker for the vector kernels; grown as needed, never shrunk.
 struct LaneWorkspace {
   std::vector<std::int32_t> wtProfile, ssProfile, colStructMin, colGapCharge;
+  std::vector<std::int32_t> zeroRow;  // stays all zero
   std::vector<std::int32_t> rowA, rowB, colScore, colLevel, colUsable, colZeroSums;
   std::vector<std::int32_t> rowWtCode, rowSsCode, rowStructMin, rowGapCharge;
   std::vector<unsigned char> bits;

@@ -40,6 +40,7 @@ struct LaneBatch {
   const std::int32_t* colStructMin = nullptr;  // [cols][lanes]
   const std::int32_t* colGapCharge = nullptr;  // [cols][lanes]
   const std::int32_t* laneStart = nullptr;     // [lanes] real column 0 of each lane
+  const std::int32_t* zeroRow = nullptr;       // [cols][lanes] of 0: structure scores when there are none
 
   // Scratch, [cols][lanes] each: two score rows and the column carries.
   std::int32_t* rowA = nullptr;

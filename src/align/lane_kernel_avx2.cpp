@@ -24,6 +24,14 @@ struct Avx2 {
   static Mask load_mask(const std::int32_t* p) { return load(p); }
   static void store_mask(std::int32_t* p, Mask m) { store(p, m); }
   static unsigned bits(Mask m) { return static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(m))); }
+  static Reg sub_where(Mask m, Reg a, Reg b) { return sub(a, and_(b, m)); }
+  // A cell entry: the four 8-bit lane masks side by side.
+  static void store_entry(unsigned char* at, Mask col, Mask row, Mask rowRef, Mask colRef) {
+    at[0] = static_cast<unsigned char>(bits(col));
+    at[1] = static_cast<unsigned char>(bits(row));
+    at[2] = static_cast<unsigned char>(bits(rowRef));
+    at[3] = static_cast<unsigned char>(bits(colRef));
+  }
 };
 
 #include "align/lane_kernel_body.inc"

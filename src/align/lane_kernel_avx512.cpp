@@ -31,7 +31,12 @@ struct Avx512 {
     return m;
   }
   static void store_mask(std::int32_t* p, Mask m) { std::memcpy(p, &m, sizeof m); }
-  static unsigned bits(Mask m) { return m; }
+  static Reg sub_where(Mask m, Reg a, Reg b) { return _mm512_mask_sub_epi32(a, m, a, b); }
+  // A cell entry: the four masks side by side, little-endian.
+  static void store_entry(unsigned char* at, Mask col, Mask row, Mask rowRef, Mask colRef) {
+    const Mask fields[4] = {col, row, rowRef, colRef};
+    std::memcpy(at, fields, sizeof fields);
+  }
 };
 
 #include "align/lane_kernel_body.inc"

@@ -24,6 +24,12 @@ struct Sse41 {
   static Mask load_mask(const std::int32_t* p) { return load(p); }
   static void store_mask(std::int32_t* p, Mask m) { store(p, m); }
   static unsigned bits(Mask m) { return static_cast<unsigned>(_mm_movemask_ps(_mm_castsi128_ps(m))); }
+  static Reg sub_where(Mask m, Reg a, Reg b) { return sub(a, and_(b, m)); }
+  // A cell entry: four 4-bit fields packed into two bytes, little-endian.
+  static void store_entry(unsigned char* at, Mask col, Mask row, Mask rowRef, Mask colRef) {
+    at[0] = static_cast<unsigned char>(bits(col) | (bits(row) << 4));
+    at[1] = static_cast<unsigned char>(bits(rowRef) | (bits(colRef) << 4));
+  }
 };
 
 #include "align/lane_kernel_body.inc"
