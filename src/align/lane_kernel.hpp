@@ -60,3 +60,47 @@ struct LaneBatch {
 const std::int32_t* lane_sum_sse41(const LaneBatch& batch);
 const std::int32_t* lane_sum_avx2(const LaneBatch& batch);
 const std::int32_t* lane_sum_avx512(const LaneBatch& batch);
+
+// The band kernel: one pair, `lanes` consecutive rows at once. Lane r of a
+// band works on row i0 - r and lags r steps behind lane 0, so that each cell
+// finds the row below it finished: at step t lane r is at column
+// cols - 2 - (t - r). A column carry passes from lane to lane, from one step
+// to the next; lane 0 takes the carries and the row below from memory, and
+// what the last lane leaves becomes that memory for the next band.
+struct BandBatch {
+  int rows = 0;
+  int cols = 0;
+  int lanes = 0;
+  std::int32_t gapSizePen = 0;
+  const std::int32_t* scores = nullptr;        // [rows][cols] pair scores
+  const std::int32_t* rowStructMin = nullptr;  // [rows] as in LaneBatch
+  const std::int32_t* rowGapCharge = nullptr;  // [rows]
+  // Column terms with `lanes` entries of padding on each side: entry c of the
+  // column is at [lanes + c].
+  const std::int32_t* colStructMin = nullptr;  // [cols + 2 lanes]
+  const std::int32_t* colGapCharge = nullptr;  // [cols + 2 lanes]
+
+  // Scratch: the row below a band and the column carries between bands
+  // ([cols] each); the skewed pair scores and what each step leaves
+  // ([steps][lanes] each, steps = cols + lanes - 2).
+  std::int32_t* belowRow = nullptr;
+  std::int32_t* carryScore = nullptr;
+  std::int32_t* carryLevel = nullptr;
+  std::int32_t* carryUsable = nullptr;
+  std::int32_t* skewPairs = nullptr;
+  std::int32_t* skewOut = nullptr;
+  std::int32_t* skewScore = nullptr;
+  std::int32_t* skewLevel = nullptr;
+  std::int32_t* skewUsable = nullptr;
+
+  // Out: the sums of column 0 [rows] and of row 0 [cols]; the cell entries,
+  // [bands][steps] entries of lane_entry_bytes(lanes), bands = ceil((rows - 1) / lanes).
+  std::int32_t* colZeroSums = nullptr;
+  std::int32_t* firstRow = nullptr;
+  unsigned char* bits = nullptr;
+};
+
+// In: a filled band batch with rows >= 2 and cols >= 2. Out: colZeroSums, firstRow, bits.
+void band_sum_sse41(const BandBatch& batch);
+void band_sum_avx2(const BandBatch& batch);
+void band_sum_avx512(const BandBatch& batch);

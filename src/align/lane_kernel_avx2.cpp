@@ -24,6 +24,13 @@ struct Avx2 {
   static Mask load_mask(const std::int32_t* p) { return load(p); }
   static void store_mask(std::int32_t* p, Mask m) { store(p, m); }
   static unsigned bits(Mask m) { return static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(m))); }
+  static Reg shift_in(Reg v, std::int32_t x) {
+    const Reg up = _mm256_permutevar8x32_epi32(v, _mm256_setr_epi32(0, 0, 1, 2, 3, 4, 5, 6));
+    return _mm256_blend_epi32(up, _mm256_set1_epi32(x), 1);
+  }
+  static Mask shift_in_mask(Mask m, bool x) { return shift_in(m, x ? -1 : 0); }
+  static Mask lane_is(int k) { return _mm256_cmpeq_epi32(_mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7), _mm256_set1_epi32(k)); }
+  static bool lane_set(const std::int32_t* slot, int lane) { return slot[lane] != 0; }
   static Reg sub_where(Mask m, Reg a, Reg b) { return sub(a, and_(b, m)); }
   // A cell entry: the four 8-bit lane masks side by side.
   static void store_entry(unsigned char* at, Mask col, Mask row, Mask rowRef, Mask colRef) {
@@ -39,3 +46,5 @@ struct Avx2 {
 }  // namespace
 
 const std::int32_t* lane_sum_avx2(const LaneBatch& batch) { return lane_sum<Avx2>(batch); }
+
+void band_sum_avx2(const BandBatch& batch) { band_sum<Avx2>(batch); }

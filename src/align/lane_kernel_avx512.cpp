@@ -31,6 +31,15 @@ struct Avx512 {
     return m;
   }
   static void store_mask(std::int32_t* p, Mask m) { std::memcpy(p, &m, sizeof m); }
+  static unsigned bits(Mask m) { return m; }
+  // Lane r takes lane r - 1's value, lane 0 takes x.
+  static Reg shift_in(Reg v, std::int32_t x) {
+    const Reg up = _mm512_setr_epi32(0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14);
+    return _mm512_mask_permutexvar_epi32(_mm512_set1_epi32(x), 0xFFFE, up, v);
+  }
+  static Mask shift_in_mask(Mask m, bool x) { return static_cast<Mask>((m << 1) | (x ? 1 : 0)); }
+  static Mask lane_is(int k) { return static_cast<Mask>(k < kLanes ? 1u << k : 0u); }
+  static bool lane_set(const std::int32_t* slot, int lane) { return (load_mask(slot) >> lane) & 1; }
   static Reg sub_where(Mask m, Reg a, Reg b) { return _mm512_mask_sub_epi32(a, m, a, b); }
   // A cell entry: the four masks side by side, little-endian.
   static void store_entry(unsigned char* at, Mask col, Mask row, Mask rowRef, Mask colRef) {
@@ -44,3 +53,5 @@ struct Avx512 {
 }  // namespace
 
 const std::int32_t* lane_sum_avx512(const LaneBatch& batch) { return lane_sum<Avx512>(batch); }
+
+void band_sum_avx512(const BandBatch& batch) { band_sum<Avx512>(batch); }

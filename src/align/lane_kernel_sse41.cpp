@@ -24,6 +24,10 @@ struct Sse41 {
   static Mask load_mask(const std::int32_t* p) { return load(p); }
   static void store_mask(std::int32_t* p, Mask m) { store(p, m); }
   static unsigned bits(Mask m) { return static_cast<unsigned>(_mm_movemask_ps(_mm_castsi128_ps(m))); }
+  static Reg shift_in(Reg v, std::int32_t x) { return _mm_alignr_epi8(v, _mm_set1_epi32(x), 12); }
+  static Mask shift_in_mask(Mask m, bool x) { return shift_in(m, x ? -1 : 0); }
+  static Mask lane_is(int k) { return _mm_cmpeq_epi32(_mm_setr_epi32(0, 1, 2, 3), _mm_set1_epi32(k)); }
+  static bool lane_set(const std::int32_t* slot, int lane) { return slot[lane] != 0; }
   static Reg sub_where(Mask m, Reg a, Reg b) { return sub(a, and_(b, m)); }
   // A cell entry: four 4-bit fields packed into two bytes, little-endian.
   static void store_entry(unsigned char* at, Mask col, Mask row, Mask rowRef, Mask colRef) {
@@ -37,3 +41,5 @@ struct Sse41 {
 }  // namespace
 
 const std::int32_t* lane_sum_sse41(const LaneBatch& batch) { return lane_sum<Sse41>(batch); }
+
+void band_sum_sse41(const BandBatch& batch) { band_sum<Sse41>(batch); }

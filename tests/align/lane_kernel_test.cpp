@@ -1,6 +1,7 @@
 // Every vector kernel against the scalar reference (sum_matrix_cells) on
 // random cases built to stress exactness: ties, structure levels, groups,
 // wrapping sums, sums near the carry floor, very short and very long operands.
+#include "align/band_align.hpp"
 #include "align/lane_align.hpp"
 
 #include <algorithm>
@@ -142,6 +143,62 @@ TEST(LaneKernel, AgreesWithTheScalarKernel) {
     check_cases(kind, 12u, 120, 70, 70);   // mid-sized, with long gaps
     check_cases(kind, 13u, 3, 3000, 6);    // 3,000 rows against short columns
     check_cases(kind, 14u, 3, 4, 3000);    // and the other way round
+  }
+  if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
+}
+
+namespace {
+
+void check_band_cases(KernelKind kind, unsigned seed, int count, int maxRows, int maxCols) {
+  std::mt19937 rng(seed);
+  BandWorkspace ws;
+  for (int n = 0; n < count; ++n) {
+    const int style = n % static_cast<int>(std::size(kStyles));
+    const Case c = random_case(rng, 1, style, pick(rng, 1, maxRows), maxCols);
+    const Operand& col = c.cols[0];
+    const int rows = static_cast<int>(c.row.wt.size()), cols = static_cast<int>(col.wt.size());
+    const std::vector<SumCell> m = reference(c, col);
+    // The reference's pair scores, before summing: the same scoring again.
+    Case unsummed = c;
+    std::vector<SumCell> pairs(m.size(), SumCell{0, 0});
+    Ints rowCodes(c.row.wt);
+    for (auto& v : rowCodes) v *= kTableDim;
+    sm_mat_score(c.wt, pairs.data(), rows, cols, rowCodes.data(), col.wt.data());
+    if (c.row.hasSs && col.hasSs) {
+      Ints rowSs(c.row.ss);
+      for (auto& v : rowSs) v *= kTableDim;
+      sm_mat_add_score(c.ss, pairs.data(), rows, cols, rowSs.data(), col.ss.data());
+    }
+    Ints scores;
+    for (const SumCell& cell : pairs) scores.push_back(cell.score);
+    ASSERT_FALSE(align_failed(sum_band(ws, kind, scores.data(), rows, cols, c.row.structPen.data(),
+                                       col.structPen.data(), c.row.group.data(), col.group.data(), c.gapPen,
+                                       c.gapSizePen)));
+    std::string diff;
+    for (int j = 0; j < cols && diff.empty(); ++j)
+      if (band_edge_sum(ws, j) != m[j].score) diff = "row 0 sum at column " + std::to_string(j);
+    for (int i = 1; i < rows && diff.empty(); ++i)
+      if (band_edge_sum(ws, i * cols) != m[static_cast<std::size_t>(i) * cols].score)
+        diff = "column 0 sum at row " + std::to_string(i);
+    for (std::int32_t cell = 0; cell < rows * cols && diff.empty(); ++cell)
+      if (band_next_cell(ws, cell) != m[cell].next) diff = "link of cell " + std::to_string(cell);
+    if (diff.empty() && band_path_start(ws) != find_path_start(m.data(), rows, cols)) diff = "path start";
+    ASSERT_EQ(diff, "") << kernel_name(kind) << " band case " << n << " style " << style << " of " << rows << " x "
+                        << cols;
+  }
+}
+
+}  // namespace
+
+TEST(BandKernel, AgreesWithTheScalarKernel) {
+  int tested = 0;
+  for (KernelKind kind : {KernelKind::sse41, KernelKind::avx2, KernelKind::avx512}) {
+    if (!kernel_supported(kind)) continue;
+    ++tested;
+    check_band_cases(kind, 21u, 1500, 40, 12);  // bands of every fill, short rows
+    check_band_cases(kind, 22u, 150, 90, 90);
+    check_band_cases(kind, 23u, 2, 3000, 5);
+    check_band_cases(kind, 24u, 2, 5, 3000);
   }
   if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
 }
