@@ -7,6 +7,7 @@
 
 #include "align/penalties.hpp"
 #include "align/score_codes.hpp"
+#include "align/traceback.hpp"
 #include "shell/errors.hpp"
 
 namespace {
@@ -71,7 +72,8 @@ void regap_profile(AlignProfile& profile, const char* templ, int newLen, const P
 
 void calc_profile_scores(const AlignProfile& profile, std::span<const ProfileMember> members, int alignLen,
                          int seqLen, const std::int32_t* dSeqNums, const std::int32_t* dsSeqNums, int newHasSRes,
-                         const ProfileTables& tables, std::int32_t* msNums, std::int32_t* mPenGroup, SumCell* matrix) {
+                         const ProfileTables& tables, std::int32_t* msNums, std::int32_t* mPenGroup,
+                         std::int32_t* scores) {
   const std::size_t m = static_cast<std::size_t>(alignLen);
   Codes aNums = checked_vector<std::int32_t>(m, "aNums");
   Codes mSeqNums = checked_vector<std::int32_t>(m, "mSeqNums");
@@ -85,11 +87,35 @@ void calc_profile_scores(const AlignProfile& profile, std::span<const ProfileMem
   for (int i = 0; i < alignLen; ++i) {
     const std::uint32_t* wtColumn = profile.wt.data() + static_cast<std::size_t>(i) * kTableDim;
     const std::uint32_t* ssColumn = profile.ss.data() + static_cast<std::size_t>(i) * kTableDim;
-    SumCell* row = matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(seqLen);
+    std::int32_t* row = scores + static_cast<std::size_t>(i) * static_cast<std::size_t>(seqLen);
     for (int j = 0; j < seqLen; ++j) {
-      std::uint32_t sum = wtColumn[dSeqNums[j] & (kTableDim - 1)] + static_cast<std::uint32_t>(row[j].score);
+      std::uint32_t sum = wtColumn[dSeqNums[j] & (kTableDim - 1)];
       if (structScores) sum += ssColumn[dsSeqNums[j] & (kTableDim - 1)];
-      row[j].score = static_cast<std::int32_t>(sum);
+      row[j] = static_cast<std::int32_t>(sum);
     }
   }
+}
+
+AlignStatus align_profile_step(StepWorkspace& ws, KernelKind kind, const std::int32_t* scores, int rows, int cols,
+                               const std::int32_t* rowStruct, const std::int32_t* colStruct,
+                               const std::int32_t* rowGroup, const std::int32_t* colGroup, int gapPen, int gapSizePen,
+                               std::span<char> first, std::span<char> second, int maxLen, int& len) {
+  if (kind != KernelKind::scalar) {
+    const AlignStatus status =
+        sum_band(ws.band, kind, scores, rows, cols, rowStruct, colStruct, rowGroup, colGroup, gapPen, gapSizePen);
+    if (align_failed(status)) return status;
+    len = walk_path(band_path_start(ws.band), rows, cols,
+                    [&ws](std::int32_t cell) { return band_next_cell(ws.band, cell); }, first, second);
+    return end_templates(len, maxLen, first, second);
+  }
+  const std::size_t cells = rows > 0 && cols > 0 ? static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols) : 0;
+  if (ws.matrix.size() < cells) ws.matrix = checked_vector<SumCell>(cells, "sm");
+  for (std::size_t k = 0; k < cells; ++k) ws.matrix[k].score = scores[k];
+  sm_mat_init(ws.matrix.data(), rows, cols, 0);
+  if (rows > 1 && cols > 0 && ws.carries.size() < static_cast<std::size_t>(cols))
+    ws.carries = checked_vector<ColCarry>(static_cast<std::size_t>(cols), "sm_mat_sum");
+  sum_matrix_cells(ws.carries.data(), ws.matrix.data(), rows, cols, rowStruct, colStruct, rowGroup, colGroup, gapPen,
+                   gapSizePen);
+  const std::int32_t start = find_path_start(ws.matrix.data(), rows, cols);
+  return trace_best_align(start, ws.matrix.data(), rows, cols, first, second, maxLen, len);
 }
