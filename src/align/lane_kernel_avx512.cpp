@@ -43,8 +43,10 @@ struct Avx512 {
   static Reg sub_where(Mask m, Reg a, Reg b) { return _mm512_mask_sub_epi32(a, m, a, b); }
   // A cell entry: the four masks side by side, little-endian.
   static void store_entry(unsigned char* at, Mask col, Mask row, Mask rowRef, Mask colRef) {
-    const Mask fields[4] = {col, row, rowRef, colRef};
-    std::memcpy(at, fields, sizeof fields);
+    _store_mask16(reinterpret_cast<__mmask16*>(at), col);
+    _store_mask16(reinterpret_cast<__mmask16*>(at + 2), row);
+    _store_mask16(reinterpret_cast<__mmask16*>(at + 4), rowRef);
+    _store_mask16(reinterpret_cast<__mmask16*>(at + 6), colRef);
   }
 };
 
