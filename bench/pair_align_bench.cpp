@@ -1,4 +1,4 @@
-// Speed and matrix memory of the pairwise alignment.
+// Speed and matrix memory of the pairwise alignment on the scalar kernel.
 //
 // Inputs: random sequences drawn with a fixed seed from typical residue
 // frequencies, each paired with a mutated copy of itself (substitutions,
@@ -140,12 +140,12 @@ void BM_PairAlignExampleFamily(benchmark::State& state) {
   for (int i = 1; i < count; ++i)
     for (int j = 0; j < i; ++j) cells += static_cast<double>(family[i].numRes) * family[j].numRes;
   AlignRecord record;
+  const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midPen, s.endPen, 1, 10, 0};
   for (auto _ : state) {
     for (int i = 1; i < count; ++i) {
       for (int j = 0; j < i; ++j) {
         record.seqs.assign(2, AlignedSeq{});
-        do_pair_align(record, family[i], family[j], s.residues, s.structure, s.gapPen, s.gapSizePen, s.midPen, s.endPen,
-                      1, 10, 0);
+        align_pair(benchWs, record, family[i], family[j], params);
         benchmark::DoNotOptimize(record.alignScore);
       }
     }

@@ -22,3 +22,9 @@ ctest --test-dir build-asan --output-on-failure -j2
 CXX=clang++ cmake -S . -B build-clang -DCMAKE_BUILD_TYPE=RelWithDebInfo -DRAVLIN_BENCH=OFF "$werror"
 cmake --build build-clang -j2
 ctest --test-dir build-clang --output-on-failure -j2
+
+# The threaded pairwise stage under the thread sanitizer: only the tests that
+# run it on several workers.
+cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DRAVLIN_TSAN=ON -DRAVLIN_BENCH=OFF
+cmake --build build-tsan -j2 --target ravlin-batch parallel_runs_test
+ctest --test-dir build-tsan --output-on-failure -R ParallelRuns

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "align/kernel_select.hpp"
 #include "cli/align_options.hpp"
 #include "cli/input_reading.hpp"
 #include "cli/output_file.hpp"
@@ -255,6 +256,7 @@ int run_align_command(int argc, char** argv) {
       break;
   }
   set_error_hook(on_engine_error);
+  active_kernel();  // a wrong RAVLIN_KERNEL ends the run before any work
   progress.quiet = options.quiet;
   progress.live = isatty(STDERR_FILENO) == 1;
   set_progress_sink({on_stage_text, on_pair_done});

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <string_view>
 
+#include "align/kernel_select.hpp"
+
 const char* const kAlignUsage =
     "usage: ravlin-align [options] INPUT\n"
     "Try 'ravlin-align --help' for more information.\n";
@@ -198,5 +200,8 @@ std::string align_help_text() {
          "\n"
          "Without --params and --weights the shipped settings (data/ravlin.parms and\n"
          "data/ravlin.wts, compiled in) are used.\n"
-         "Exit status: 0 done, 1 an input or run error, 2 a usage error.\n";
+         "Exit status: 0 done, 1 an input or run error, 2 a usage error.\n"
+         "Kernel: " +
+         std::string(kernel_name(best_kernel())) +
+         " (the fastest this machine has; RAVLIN_KERNEL=scalar|sse41|avx2|avx512 chooses another)\n";
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "align/kernel_select.hpp"
 #include "align/penalties.hpp"
 #include "align/profile_score.hpp"
 #include "align/score_codes.hpp"
@@ -88,19 +89,28 @@ void prepare_new_seq(const SeqRecord& seq, int n, StepArrays& arrays) {
   if (seq.hasSRes == 1) codes_to_indices(sres.c_str(), n, arrays.dsSeqNums.data(), kOtherCode);
 }
 
+ProfileTables profile_tables() { return {&wtMatrix, &ssMatrix, midStructPen, endStructPen}; }
+
 // The alignment as a profile: every member adds its scores against the new
 // sequence, its structure penalties and the groups it forbids to split.
-void add_member_profiles(const SeqRecord& newSeq, int alignLen, int seqLen, StepArrays& arrays,
-                         std::vector<SumCell>& matrix) {
+void add_member_profiles(const SeqRecord& newSeq, int alignLen, int seqLen, const AlignProfile& profile,
+                         StepArrays& arrays, std::vector<std::int32_t>& scores) {
   std::vector<ProfileMember> members = checked_vector<ProfileMember>(static_cast<std::size_t>(mar.numSeqs), "aNums");
   for (std::size_t k = 0; k < members.size(); ++k) {
     const AlignedSeq& member = mar.seqs[k];
     const SeqRecord& memberSeq = mySeq[static_cast<std::size_t>(member.seqIndex)];
     members[k] = {&member.aRes, &member.aSRes, &member.aURes, memberSeq.hasSRes, memberSeq.hasURes};
   }
-  const ProfileTables tables{&wtMatrix, &ssMatrix, midStructPen, endStructPen};
-  calc_profile_scores(members, alignLen, seqLen, arrays.dSeqNums.data(), arrays.dsSeqNums.data(), newSeq.hasSRes,
-                      tables, arrays.msNums.data(), arrays.mPenGroup.data(), matrix.data());
+  calc_profile_scores(profile, members, alignLen, seqLen, arrays.dSeqNums.data(), arrays.dsSeqNums.data(),
+                      newSeq.hasSRes, profile_tables(), arrays.msNums.data(), arrays.mPenGroup.data(), scores.data());
+}
+
+// The member just added, scored into the alignment's profile.
+void add_last_member(AlignProfile& profile) {
+  const AlignedSeq& member = mar.seqs[static_cast<std::size_t>(mar.numSeqs - 1)];
+  const SeqRecord& memberSeq = mySeq[static_cast<std::size_t>(member.seqIndex)];
+  add_profile_member(profile, {&member.aRes, &member.aSRes, &member.aURes, memberSeq.hasSRes, memberSeq.hasURes},
+                     mar.alignLen, profile_tables());
 }
 
 void regap_string(std::string& aligned, int oldLen, const char* templ, int newLen, const char* module) {
@@ -121,26 +131,30 @@ void update_malign_seqs(int oldLen, const char* templ, int newLen) {
 }
 
 // Aligns one more sequence against the alignment so far.
-void add_next_seq(int seqIndex, int curGapPen, int curGapSizePen, std::vector<SumCell>& matrix,
-                  std::vector<char>& mTemplate, std::vector<char>& dTemplate) {
+void add_next_seq(int seqIndex, int curGapPen, int curGapSizePen, AlignProfile& profile,
+                  std::vector<std::int32_t>& scores, StepWorkspace& ws, std::vector<char>& mTemplate,
+                  std::vector<char>& dTemplate) {
   const SeqRecord& newSeq = mySeq[static_cast<std::size_t>(seqIndex)];
   const int seqLen = newSeq.numRes;
   const int alignLen = mar.alignLen;
   const std::size_t cells = cell_count(alignLen, seqLen);
-  if (matrix.size() < cells) matrix = checked_vector<SumCell>(cells, "sm");
+  if (scores.size() < cells) scores = checked_vector<std::int32_t>(cells, "sm");
   StepArrays arrays = alloc_step_arrays(alignLen, seqLen);
-  sm_mat_init(matrix.data(), alignLen, seqLen, 1);
   prepare_new_seq(newSeq, seqLen, arrays);
-  add_member_profiles(newSeq, alignLen, seqLen, arrays, matrix);
+  add_member_profiles(newSeq, alignLen, seqLen, profile, arrays, scores);
 
-  sm_mat_sum(matrix.data(), alignLen, seqLen, arrays.msNums.data(), arrays.dsNums.data(), arrays.mPenGroup.data(),
-             arrays.dPenGroup.data(), curGapPen, curGapSizePen);
-  const std::int32_t start = find_path_start(matrix.data(), alignLen, seqLen);
-  const int newLen = find_best_align(start, matrix.data(), alignLen, seqLen, mTemplate, dTemplate, kMaxAlignLen);
+  int newLen = 0;
+  const AlignStatus status =
+      align_profile_step(ws, active_kernel(), scores.data(), alignLen, seqLen, arrays.msNums.data(),
+                         arrays.dsNums.data(), arrays.mPenGroup.data(), arrays.dPenGroup.data(), curGapPen,
+                         curGapSizePen, mTemplate, dTemplate, kMaxAlignLen, newLen);
+  if (align_failed(status)) report_align_fault(status);
 
   update_malign_seqs(alignLen, mTemplate.data(), newLen);
   add_dSeq_malign(seqIndex, newSeq, dTemplate.data(), newLen);
   mar.alignLen = newLen;
+  regap_profile(profile, mTemplate.data(), newLen, profile_tables());
+  add_last_member(profile);
 }
 
 }  // namespace
@@ -177,13 +191,17 @@ void build_mult_align(std::span<const int> alignOrder) {
   const std::string firstTemplate = bounded_copy(firstSeq.pRes, firstSeq.numRes, 'X');
   add_dSeq_malign(first, firstSeq, firstTemplate.c_str(), firstSeq.numRes);
   mar.alignLen = firstSeq.numRes;
+  AlignProfile profile;
+  if (count > 1) add_last_member(profile);
 
-  std::vector<SumCell> matrix;
+  std::vector<std::int32_t> scores;
+  StepWorkspace ws;
   // The traceback stops writing at the end of the buffers; one more for the terminator.
   std::vector<char> mTemplate(kMaxAlignLen + 1, '\0');
   std::vector<char> dTemplate(kMaxAlignLen + 1, '\0');
   for (int k = 1; k < count; ++k) {
-    add_next_seq(alignOrder[static_cast<std::size_t>(k)], curGapPen, curGapSizePen, matrix, mTemplate, dTemplate);
+    add_next_seq(alignOrder[static_cast<std::size_t>(k)], curGapPen, curGapSizePen, profile, scores, ws, mTemplate,
+                 dTemplate);
     curGapPen = grow_gap_pen(gapPen, k, incGapPen);
     curGapSizePen = grow_gap_pen(gapSizePen, k, incGapPen);
   }

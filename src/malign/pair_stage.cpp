@@ -3,6 +3,7 @@
 #include "malign/pair_stage.hpp"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <cstdio>
@@ -12,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include "align/kernel_select.hpp"
+#include "align/lane_align.hpp"
 #include "malign/progress.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
@@ -40,18 +43,38 @@ struct PairBatch {
 
 std::size_t pair_number(int i, int j) { return static_cast<std::size_t>(i) * (i - 1) / 2 + j; }
 
-std::vector<PairBatch> make_batches(int n) {
+// Each row sequence's partners, grouped by length so that a vector batch
+// pads little; one partner per batch for the scalar kernel.
+std::vector<PairBatch> make_batches(int n, int lanes) {
   std::vector<PairBatch> batches;
-  for (int i = 1; i < n; ++i)
-    for (int j = 0; j < i; ++j) batches.push_back({i, pair_number(i, 0), {j}});
+  std::vector<int> partners;
+  for (int i = 1; i < n; ++i) {
+    partners.resize(static_cast<std::size_t>(i));
+    for (int j = 0; j < i; ++j) partners[static_cast<std::size_t>(j)] = j;
+    if (lanes > 1)
+      std::stable_sort(partners.begin(), partners.end(), [](int x, int y) {
+        return mySeq[static_cast<std::size_t>(x)].numRes < mySeq[static_cast<std::size_t>(y)].numRes;
+      });
+    for (std::size_t from = 0; from < partners.size(); from += static_cast<std::size_t>(lanes)) {
+      const std::size_t to = std::min(partners.size(), from + static_cast<std::size_t>(lanes));
+      batches.push_back({i, pair_number(i, 0), std::vector<int>(partners.begin() + from, partners.begin() + to)});
+    }
+  }
   return batches;
 }
+
+// The scratch one worker needs for either kind of kernel.
+struct Workspace {
+  AlignWorkspace scalar;
+  LaneWorkspace lanes;
+};
 
 // What the workers share. A pair's record and status belong to the worker
 // that claimed its batch until the pair's done flag is raised.
 struct Stage {
   std::span<AlignRecord> pairs;
   const PairParams* params;
+  KernelKind kernel;
   std::vector<PairBatch> batches;
   std::vector<AlignStatus> statuses;
   std::unique_ptr<std::atomic<bool>[]> done;
@@ -61,11 +84,27 @@ struct Stage {
   std::condition_variable progress;
 };
 
-void run_batch(Stage& stage, AlignWorkspace& ws, const PairBatch& batch) {
+void run_batch(Stage& stage, Workspace& ws, const PairBatch& batch) {
   const SeqRecord& A = mySeq[static_cast<std::size_t>(batch.row)];
-  for (int j : batch.cols) {
-    const std::size_t k = batch.firstPair + static_cast<std::size_t>(j);
-    stage.statuses[k] = align_pair(ws, stage.pairs[k], A, mySeq[static_cast<std::size_t>(j)], *stage.params);
+  if (stage.kernel == KernelKind::scalar) {
+    for (int j : batch.cols) {
+      const std::size_t k = batch.firstPair + static_cast<std::size_t>(j);
+      stage.statuses[k] = align_pair(ws.scalar, stage.pairs[k], A, mySeq[static_cast<std::size_t>(j)], *stage.params);
+    }
+  } else {
+    std::array<const SeqRecord*, kMaxLanes> Bs{};
+    std::array<AlignRecord*, kMaxLanes> records{};
+    std::array<AlignStatus, kMaxLanes> statuses{};
+    const std::size_t count = batch.cols.size();
+    for (std::size_t p = 0; p < count; ++p) {
+      const std::size_t j = static_cast<std::size_t>(batch.cols[p]);
+      Bs[p] = &mySeq[j];
+      records[p] = &stage.pairs[batch.firstPair + j];
+    }
+    align_pairs_lanes(ws.lanes, stage.kernel, A, std::span(Bs.data(), count), std::span(records.data(), count),
+                      std::span(statuses.data(), count), *stage.params);
+    for (std::size_t p = 0; p < count; ++p)
+      stage.statuses[batch.firstPair + static_cast<std::size_t>(batch.cols[p])] = statuses[p];
   }
   for (int j : batch.cols)
     stage.done[batch.firstPair + static_cast<std::size_t>(j)].store(true, std::memory_order_release);
@@ -75,7 +114,7 @@ void run_batch(Stage& stage, AlignWorkspace& ws, const PairBatch& batch) {
 }
 
 // Claims the next batch; false when none is left or the stage stops.
-bool run_next_batch(Stage& stage, AlignWorkspace& ws) {
+bool run_next_batch(Stage& stage, Workspace& ws) {
   if (stage.stop.load(std::memory_order_relaxed)) return false;
   const std::size_t b = stage.nextBatch.fetch_add(1);
   if (b >= stage.batches.size()) return false;
@@ -84,7 +123,7 @@ bool run_next_batch(Stage& stage, AlignWorkspace& ws) {
 }
 
 void worker(Stage& stage) {
-  AlignWorkspace ws;
+  Workspace ws;
   while (run_next_batch(stage, ws)) {
   }
 }
@@ -111,7 +150,8 @@ void align_all_pairs(std::span<AlignRecord> pairs, int n, const PairParams& para
   Stage stage;
   stage.pairs = pairs;
   stage.params = &params;
-  stage.batches = make_batches(n);
+  stage.kernel = active_kernel();
+  stage.batches = make_batches(n, kernel_lanes(stage.kernel));
   stage.statuses = checked_vector<AlignStatus>(pairs.size(), "do_pairs");
   stage.done = std::make_unique<std::atomic<bool>[]>(pairs.size());
 
@@ -121,7 +161,7 @@ void align_all_pairs(std::span<AlignRecord> pairs, int n, const PairParams& para
   std::vector<std::thread> workers;
   for (std::size_t t = 0; t < helpers; ++t) workers.emplace_back(worker, std::ref(stage));
 
-  AlignWorkspace ws;
+  Workspace ws;
   for (std::size_t k = 0; k < pairs.size(); ++k) {
     while (!stage.done[k].load(std::memory_order_acquire)) {
       if (run_next_batch(stage, ws)) continue;

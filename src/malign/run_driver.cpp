@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "align/kernel_select.hpp"
 #include "align/pair_align.hpp"
 #include "align/score_codes.hpp"
 #include "malign/alignment_views.hpp"
@@ -264,6 +265,7 @@ void run_alignment(std::FILE* report, std::vector<int>& orderStore) {
 }
 
 int ravlin_main(const std::string& parmsPath, const std::string& outPath) {
+  active_kernel();  // a wrong RAVLIN_KERNEL ends the run before anything is read
   UniqueFile parms = get_parms_file(parmsPath);
   FoundFlags found{};
   reset_run_parms();

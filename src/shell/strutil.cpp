@@ -41,6 +41,7 @@ void str_match_blanks(const char* inStr, int inLen, const char* pattern, int pat
 }
 
 void str_scan(char* text, int len, char from, char to) {
+  if (from == to) return;  // nothing would change
   for (int i = 0; i < len; ++i)
     if (text[i] == from) text[i] = to;
 }

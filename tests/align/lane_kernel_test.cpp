@@ -1,0 +1,204 @@
+// Every vector kernel against the scalar reference (sum_matrix_cells) on
+// random cases built to stress exactness: ties, structure levels, groups,
+// wrapping sums, sums near the carry floor, very short and very long operands.
+#include "align/band_align.hpp"
+#include "align/lane_align.hpp"
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "align/traceback.hpp"
+#include "support/test_support.hpp"
+
+namespace {
+
+using Ints = std::vector<std::int32_t>;
+
+struct Operand {
+  Ints wt, ss, structPen, group;
+  bool hasSs = false;
+  LaneOperand view() const {
+    return {static_cast<int>(wt.size()), wt.data(), hasSs ? ss.data() : nullptr, structPen.data(), group.data()};
+  }
+};
+
+// Value ranges of one case: small ranges make ties common, huge ones wrap.
+struct Ranges {
+  int tableLo, tableHi, structLo, structHi, groupLo, groupHi, gapLo, gapHi;
+};
+
+const Ranges kStyles[] = {
+    {-2, 2, 0, 0, 0, 0, 0, 2},                                      // ties everywhere
+    {-3, 3, 0, 3, 0, 0, 0, 3},                                      // structure levels
+    {-50, 50, 0, 500, 0, 5000, 0, 50},                              // the program's own ranges
+    {-10, 10, 0, 2, -2, 6, 0, 4},                                   // group penalties
+    {-(1 << 25), 0, 0, 1 << 20, 0, 1 << 20, 0, 1 << 20},            // sums near the carry floor
+    {INT_MIN, INT_MAX, INT_MIN, INT_MAX, INT_MIN, INT_MAX, INT_MIN, INT_MAX},  // wrapping everywhere
+};
+
+struct Case {
+  Ranges r;
+  ScoreTable wt{}, ss{};
+  Operand row;
+  std::vector<Operand> cols;
+  int gapPen = 0, gapSizePen = 0;
+};
+
+std::int32_t pick(std::mt19937& rng, int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); }
+
+Operand random_operand(std::mt19937& rng, const Ranges& r, int n, bool anySs) {
+  Operand op;
+  const int alphabet = pick(rng, 1, 32);  // few codes: more equal scores
+  for (int p = 0; p < n; ++p) {
+    op.wt.push_back(pick(rng, 0, alphabet - 1));
+    op.ss.push_back(pick(rng, 0, 31));
+    // Runs of equal penalties, as structure strings give.
+    op.structPen.push_back(p > 0 && pick(rng, 0, 2) ? op.structPen.back() : pick(rng, r.structLo, r.structHi));
+    op.group.push_back(pick(rng, 0, 3) ? 0 : pick(rng, r.groupLo, r.groupHi));
+  }
+  op.hasSs = anySs && pick(rng, 0, 1);
+  return op;
+}
+
+Case random_case(std::mt19937& rng, int lanes, int style, int rows, int maxCols) {
+  Case c;
+  c.r = kStyles[style];
+  for (auto* table : {&c.wt, &c.ss})
+    for (std::int32_t& v : *table) v = pick(rng, c.r.tableLo, c.r.tableHi);
+  const bool anySs = pick(rng, 0, 1);
+  c.row = random_operand(rng, c.r, rows, anySs);
+  c.row.hasSs = anySs;
+  const int count = pick(rng, 1, lanes);
+  for (int l = 0; l < count; ++l) c.cols.push_back(random_operand(rng, c.r, pick(rng, 1, maxCols), anySs));
+  c.gapPen = pick(rng, c.r.gapLo, c.r.gapHi);
+  c.gapSizePen = pick(rng, c.r.gapLo, c.r.gapHi) / 4;
+  return c;
+}
+
+// The reference matrix of one lane's pair.
+std::vector<SumCell> reference(const Case& c, const Operand& col) {
+  const int rows = static_cast<int>(c.row.wt.size()), cols = static_cast<int>(col.wt.size());
+  std::vector<SumCell> m(static_cast<std::size_t>(rows) * cols, SumCell{0, 12345});
+  Ints rowCodes(c.row.wt), rowSs(c.row.ss);
+  for (auto& v : rowCodes) v *= kTableDim;
+  for (auto& v : rowSs) v *= kTableDim;
+  sm_mat_init(m.data(), rows, cols, 0);
+  sm_mat_score(c.wt, m.data(), rows, cols, rowCodes.data(), col.wt.data());
+  if (c.row.hasSs && col.hasSs) sm_mat_add_score(c.ss, m.data(), rows, cols, rowSs.data(), col.ss.data());
+  std::vector<ColCarry> carries(static_cast<std::size_t>(cols));
+  sum_matrix_cells(carries.data(), m.data(), rows, cols, c.row.structPen.data(), col.structPen.data(),
+                   c.row.group.data(), col.group.data(), c.gapPen, c.gapSizePen);
+  return m;
+}
+
+// Compares one lane with its reference; returns the first difference found.
+std::string compare_lane(const LaneWorkspace& ws, int lane, const std::vector<SumCell>& m, int rows, int cols) {
+  for (int j = 0; j < cols; ++j)
+    if (lane_edge_sum(ws, lane, j) != m[j].score) return "row 0 sum at column " + std::to_string(j);
+  for (int i = 1; i < rows; ++i)
+    if (lane_edge_sum(ws, lane, i * cols) != m[static_cast<std::size_t>(i) * cols].score)
+      return "column 0 sum at row " + std::to_string(i);
+  for (std::int32_t cell = 0; cell < rows * cols; ++cell)
+    if (lane_next_cell(ws, lane, cell) != m[cell].next) return "link of cell " + std::to_string(cell);
+  const std::int32_t start = find_path_start(m.data(), rows, cols);
+  if (lane_path_start(ws, lane) != start) return "path start";
+  std::string a(8000, '-'), b(8000, '-'), c(8000, '-'), d(8000, '-');
+  const int refLen = walk_path(start, rows, cols, [&m](std::int32_t k) { return m[k].next; }, a, b);
+  const int len = walk_path(start, rows, cols, [&](std::int32_t k) { return lane_next_cell(ws, lane, k); }, c, d);
+  if (len != refLen || a != c || b != d) return "templates";
+  return "";
+}
+
+void check_cases(KernelKind kind, unsigned seed, int count, int maxRows, int maxCols) {
+  std::mt19937 rng(seed);
+  LaneWorkspace ws;
+  for (int n = 0; n < count; ++n) {
+    const int style = n % static_cast<int>(std::size(kStyles));
+    const Case c = random_case(rng, kernel_lanes(kind), style, pick(rng, 1, maxRows), maxCols);
+    std::vector<LaneOperand> views;
+    for (const Operand& op : c.cols) views.push_back(op.view());
+    const LaneOperand row = c.row.view();
+    ASSERT_FALSE(align_failed(sum_lanes(ws, kind, row, views, c.wt, c.ss, c.gapPen, c.gapSizePen)));
+    for (std::size_t l = 0; l < c.cols.size(); ++l) {
+      const int rows = row.n, cols = views[l].n;
+      const std::string diff = compare_lane(ws, static_cast<int>(l), reference(c, c.cols[l]), rows, cols);
+      ASSERT_EQ(diff, "") << kernel_name(kind) << " case " << n << " style " << style << " lane " << l << " of "
+                          << rows << " x " << cols;
+    }
+  }
+}
+
+}  // namespace
+
+TEST(LaneKernel, AgreesWithTheScalarKernel) {
+  int tested = 0;
+  for (KernelKind kind : {KernelKind::sse41, KernelKind::avx2, KernelKind::avx512}) {
+    if (!kernel_supported(kind)) continue;
+    ++tested;
+    check_cases(kind, 11u, 600, 12, 12);   // small: every tie shape many times
+    check_cases(kind, 12u, 120, 70, 70);   // mid-sized, with long gaps
+    check_cases(kind, 13u, 3, 3000, 6);    // 3,000 rows against short columns
+    check_cases(kind, 14u, 3, 4, 3000);    // and the other way round
+  }
+  if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
+}
+
+namespace {
+
+void check_band_cases(KernelKind kind, unsigned seed, int count, int maxRows, int maxCols) {
+  std::mt19937 rng(seed);
+  BandWorkspace ws;
+  for (int n = 0; n < count; ++n) {
+    const int style = n % static_cast<int>(std::size(kStyles));
+    const Case c = random_case(rng, 1, style, pick(rng, 1, maxRows), maxCols);
+    const Operand& col = c.cols[0];
+    const int rows = static_cast<int>(c.row.wt.size()), cols = static_cast<int>(col.wt.size());
+    const std::vector<SumCell> m = reference(c, col);
+    // The reference's pair scores, before summing: the same scoring again.
+    Case unsummed = c;
+    std::vector<SumCell> pairs(m.size(), SumCell{0, 0});
+    Ints rowCodes(c.row.wt);
+    for (auto& v : rowCodes) v *= kTableDim;
+    sm_mat_score(c.wt, pairs.data(), rows, cols, rowCodes.data(), col.wt.data());
+    if (c.row.hasSs && col.hasSs) {
+      Ints rowSs(c.row.ss);
+      for (auto& v : rowSs) v *= kTableDim;
+      sm_mat_add_score(c.ss, pairs.data(), rows, cols, rowSs.data(), col.ss.data());
+    }
+    Ints scores;
+    for (const SumCell& cell : pairs) scores.push_back(cell.score);
+    ASSERT_FALSE(align_failed(sum_band(ws, kind, scores.data(), rows, cols, c.row.structPen.data(),
+                                       col.structPen.data(), c.row.group.data(), col.group.data(), c.gapPen,
+                                       c.gapSizePen)));
+    std::string diff;
+    for (int j = 0; j < cols && diff.empty(); ++j)
+      if (band_edge_sum(ws, j) != m[j].score) diff = "row 0 sum at column " + std::to_string(j);
+    for (int i = 1; i < rows && diff.empty(); ++i)
+      if (band_edge_sum(ws, i * cols) != m[static_cast<std::size_t>(i) * cols].score)
+        diff = "column 0 sum at row " + std::to_string(i);
+    for (std::int32_t cell = 0; cell < rows * cols && diff.empty(); ++cell)
+      if (band_next_cell(ws, cell) != m[cell].next) diff = "link of cell " + std::to_string(cell);
+    if (diff.empty() && band_path_start(ws) != find_path_start(m.data(), rows, cols)) diff = "path start";
+    ASSERT_EQ(diff, "") << kernel_name(kind) << " band case " << n << " style " << style << " of " << rows << " x "
+                        << cols;
+  }
+}
+
+}  // namespace
+
+TEST(BandKernel, AgreesWithTheScalarKernel) {
+  int tested = 0;
+  for (KernelKind kind : {KernelKind::sse41, KernelKind::avx2, KernelKind::avx512}) {
+    if (!kernel_supported(kind)) continue;
+    ++tested;
+    check_band_cases(kind, 21u, 1500, 40, 12);  // bands of every fill, short rows
+    check_band_cases(kind, 22u, 150, 90, 90);
+    check_band_cases(kind, 23u, 2, 3000, 5);
+    check_band_cases(kind, 24u, 2, 5, 3000);
+  }
+  if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
+}
