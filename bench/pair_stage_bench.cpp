@@ -4,7 +4,6 @@
 // aligned, traced back and saved as a run does it. Reported: cells per second
 // of wall-clock time (rows x cols summed over the pairs).
 #include <benchmark/benchmark.h>
-
 #include <unistd.h>
 
 #include <cstdio>

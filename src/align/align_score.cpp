@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-
 namespace {
 
 // Only upper-case letters are residues here; gaps, lower case and anything

@@ -13,8 +13,8 @@ enum class AlignFault {
 
 struct AlignStatus {
   AlignFault fault = AlignFault::none;
-  int value = 0;                // the number the message shows (a length or limit)
-  const char* module = nullptr; // allocation label for outOfMemory
+  int value = 0;                 // the number the message shows (a length or limit)
+  const char* module = nullptr;  // allocation label for outOfMemory
 };
 
 inline bool align_failed(const AlignStatus& status) { return status.fault != AlignFault::none; }

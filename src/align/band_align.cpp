@@ -41,15 +41,21 @@ bool reserve_band(BandWorkspace& ws) {
          grow(ws.rowGapCharge, rows) && grow(ws.colStructMin, cols + 2 * lanes) &&
          grow(ws.colGapCharge, cols + 2 * lanes) && grow(ws.belowRow, cols) && grow(ws.carryScore, cols) &&
          grow(ws.carryLevel, cols) && grow(ws.carryUsable, cols) && grow(ws.skewPairs, skew) &&
-         grow(ws.skewOut, skew) && grow(ws.skewScore, skew) && grow(ws.skewLevel, skew) &&
-         grow(ws.skewUsable, skew) && grow(ws.colZeroSums, rows) && grow(ws.firstRow, cols);
+         grow(ws.skewOut, skew) && grow(ws.skewScore, skew) && grow(ws.skewLevel, skew) && grow(ws.skewUsable, skew) &&
+         grow(ws.colZeroSums, rows) && grow(ws.firstRow, cols);
 }
 
 void run_band_kernel(KernelKind kind, const BandBatch& batch) {
   switch (kind) {
-    case KernelKind::avx512: band_sum_avx512(batch); break;
-    case KernelKind::avx2: band_sum_avx2(batch); break;
-    default: band_sum_sse41(batch); break;
+    case KernelKind::avx512:
+      band_sum_avx512(batch);
+      break;
+    case KernelKind::avx2:
+      band_sum_avx2(batch);
+      break;
+    default:
+      band_sum_sse41(batch);
+      break;
   }
 }
 

@@ -33,30 +33,42 @@ KernelKind kernel_from_env() {
 
 const char* kernel_name(KernelKind kind) {
   switch (kind) {
-    case KernelKind::sse41: return "sse41";
-    case KernelKind::avx2: return "avx2";
-    case KernelKind::avx512: return "avx512";
-    case KernelKind::scalar: break;
+    case KernelKind::sse41:
+      return "sse41";
+    case KernelKind::avx2:
+      return "avx2";
+    case KernelKind::avx512:
+      return "avx512";
+    case KernelKind::scalar:
+      break;
   }
   return "scalar";
 }
 
 int kernel_lanes(KernelKind kind) {
   switch (kind) {
-    case KernelKind::sse41: return 4;
-    case KernelKind::avx2: return 8;
-    case KernelKind::avx512: return 16;
-    case KernelKind::scalar: break;
+    case KernelKind::sse41:
+      return 4;
+    case KernelKind::avx2:
+      return 8;
+    case KernelKind::avx512:
+      return 16;
+    case KernelKind::scalar:
+      break;
   }
   return 1;
 }
 
 bool kernel_supported(KernelKind kind) {
   switch (kind) {
-    case KernelKind::sse41: return __builtin_cpu_supports("sse4.1");
-    case KernelKind::avx2: return __builtin_cpu_supports("avx2");
-    case KernelKind::avx512: return __builtin_cpu_supports("avx512f");
-    case KernelKind::scalar: break;
+    case KernelKind::sse41:
+      return __builtin_cpu_supports("sse4.1");
+    case KernelKind::avx2:
+      return __builtin_cpu_supports("avx2");
+    case KernelKind::avx512:
+      return __builtin_cpu_supports("avx512f");
+    case KernelKind::scalar:
+      break;
   }
   return true;
 }

@@ -52,8 +52,8 @@ AlignStatus reserve_lanes(LaneWorkspace& ws, bool withSs) {
 }
 
 // Pair scores by row code: profile[code][j][l] for the codes the row uses.
-void fill_profile(std::int32_t* profile, const ScoreTable& table, const bool (&used)[kTableDim], const LaneWorkspace& ws,
-                  std::span<const LaneOperand> cols, bool structure) {
+void fill_profile(std::int32_t* profile, const ScoreTable& table, const bool (&used)[kTableDim],
+                  const LaneWorkspace& ws, std::span<const LaneOperand> cols, bool structure) {
   const std::size_t W = static_cast<std::size_t>(ws.lanes);
   const std::size_t rowStride = static_cast<std::size_t>(ws.cols) * W;
   for (int code = 0; code < kTableDim; ++code) {
@@ -99,9 +99,12 @@ void fill_row_terms(LaneWorkspace& ws, const LaneOperand& row, int gapPen) {
 
 const std::int32_t* run_kernel(KernelKind kind, const LaneBatch& batch) {
   switch (kind) {
-    case KernelKind::avx512: return lane_sum_avx512(batch);
-    case KernelKind::avx2: return lane_sum_avx2(batch);
-    default: return lane_sum_sse41(batch);
+    case KernelKind::avx512:
+      return lane_sum_avx512(batch);
+    case KernelKind::avx2:
+      return lane_sum_avx2(batch);
+    default:
+      return lane_sum_sse41(batch);
   }
 }
 
@@ -124,8 +127,7 @@ LaneOperand make_operand(const OperandText& text, bool structScores, std::vector
   return {n, wt.data(), structScores ? ss.data() : nullptr, structPen.data(), zeros.data()};
 }
 
-bool grow_operand(std::vector<std::int32_t>& wt, std::vector<std::int32_t>& ss, std::vector<std::int32_t>& st,
-                  int n) {
+bool grow_operand(std::vector<std::int32_t>& wt, std::vector<std::int32_t>& ss, std::vector<std::int32_t>& st, int n) {
   const auto size = static_cast<std::size_t>(n);
   return grow(wt, size) && grow(ss, size) && grow(st, size);
 }
@@ -264,8 +266,7 @@ void align_pairs_lanes(LaneWorkspace& ws, KernelKind kind, const SeqRecord& A, s
     pairOfLane[lanes++] = static_cast<int>(p);
   }
   if (lanes == 0) return;
-  const LaneOperand row =
-      make_operand(a, rowStruct, ws.rowWt, ws.rowSs, ws.rowStruct, ws.zeros, params);
+  const LaneOperand row = make_operand(a, rowStruct, ws.rowWt, ws.rowSs, ws.rowStruct, ws.zeros, params);
   const AlignStatus summed = sum_lanes(ws, kind, row, std::span(ops.data(), static_cast<std::size_t>(lanes)),
                                        *params.wtTable, *params.ssTable, params.gapPen, params.gapSizePen);
   for (int l = 0; l < lanes; ++l) {
@@ -274,8 +275,9 @@ void align_pairs_lanes(LaneWorkspace& ws, KernelKind kind, const SeqRecord& A, s
       statuses[p] = summed;
       continue;
     }
-    const int len = walk_path(lane_path_start(ws, l), a.n, b[l].n,
-                              [&ws, l](std::int32_t cell) { return lane_next_cell(ws, l, cell); }, ws.first, ws.second);
+    const int len = walk_path(
+        lane_path_start(ws, l), a.n, b[l].n, [&ws, l](std::int32_t cell) { return lane_next_cell(ws, l, cell); },
+        ws.first, ws.second);
     statuses[p] = end_templates(len, kMaxAlignLen, ws.first, ws.second);
     if (!align_failed(statuses[p]))
       statuses[p] = save_pair_result(*records[p], A, a, *Bs[p], b[l], ws.first, ws.second, len, params);

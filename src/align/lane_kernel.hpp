@@ -14,10 +14,10 @@
 
 // What the traceback keeps per cell and lane, as four bit fields of one
 // entry (field f of lane l is bit f * lanes + l):
-inline constexpr int kTookColCarry = 0;   // the cell's successor came from its column carry
-inline constexpr int kTookRowCarry = 1;   // ... from the row carry
-inline constexpr int kRowRefreshed = 2;   // the row carry took this step's candidate
-inline constexpr int kColRefreshed = 3;   // the column carry took this step's candidate
+inline constexpr int kTookColCarry = 0;  // the cell's successor came from its column carry
+inline constexpr int kTookRowCarry = 1;  // ... from the row carry
+inline constexpr int kRowRefreshed = 2;  // the row carry took this step's candidate
+inline constexpr int kColRefreshed = 3;  // the column carry took this step's candidate
 
 // Bytes of one cell entry: four fields of `lanes` bits.
 inline constexpr std::size_t lane_entry_bytes(int lanes) { return static_cast<std::size_t>(lanes) / 2; }

@@ -29,7 +29,9 @@ struct Avx2 {
     return _mm256_blend_epi32(up, _mm256_set1_epi32(x), 1);
   }
   static Mask shift_in_mask(Mask m, bool x) { return shift_in(m, x ? -1 : 0); }
-  static Mask lane_is(int k) { return _mm256_cmpeq_epi32(_mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7), _mm256_set1_epi32(k)); }
+  static Mask lane_is(int k) {
+    return _mm256_cmpeq_epi32(_mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7), _mm256_set1_epi32(k));
+  }
   static bool lane_set(const std::int32_t* slot, int lane) { return slot[lane] != 0; }
   static Reg sub_where(Mask m, Reg a, Reg b) { return sub(a, and_(b, m)); }
   // A cell entry: the four 8-bit lane masks side by side.

@@ -26,13 +26,15 @@ void add_codes(const ScoreTable& table, const Codes& codes, std::vector<std::uin
 // column with count blanks' scores.
 void regap_columns(std::vector<std::uint32_t>& profile, const char* templ, int newLen, const ScoreTable& table,
                    int count, const char* module) {
-  std::vector<std::uint32_t> grown = checked_vector<std::uint32_t>(static_cast<std::size_t>(newLen) * kTableDim, module);
+  std::vector<std::uint32_t> grown =
+      checked_vector<std::uint32_t>(static_cast<std::size_t>(newLen) * kTableDim, module);
   const std::int32_t* blankRow = table.data() + kOtherCode * kTableDim;
   std::size_t from = 0;
   for (int t = 0; t < newLen; ++t) {
     std::uint32_t* column = grown.data() + static_cast<std::size_t>(t) * kTableDim;
     if (templ[t] == ' ') {
-      for (int q = 0; q < kTableDim; ++q) column[q] = static_cast<std::uint32_t>(count) * static_cast<std::uint32_t>(blankRow[q]);
+      for (int q = 0; q < kTableDim; ++q)
+        column[q] = static_cast<std::uint32_t>(count) * static_cast<std::uint32_t>(blankRow[q]);
     } else {
       for (int q = 0; q < kTableDim; ++q) column[q] = profile[from * kTableDim + static_cast<std::size_t>(q)];
       ++from;
@@ -53,7 +55,8 @@ void add_profile_member(AlignProfile& profile, const ProfileMember& member, int 
   Codes codes = checked_vector<std::int32_t>(m, "mSeqNums");
   Codes groups = checked_vector<std::int32_t>(m, "mPenGroup");
   codes_to_indices(member.aRes->c_str(), alignLen, codes.data(), kOtherCode);
-  if (member.hasURes == 1) calc_anchor_group_pen(member.aURes->c_str(), alignLen, codes.data(), groups.data(), kGroupPen);
+  if (member.hasURes == 1)
+    calc_anchor_group_pen(member.aURes->c_str(), alignLen, codes.data(), groups.data(), kGroupPen);
   add_codes(*tables.wtTable, codes, profile.wt);
   ++profile.members;
   if (member.hasSRes == 1) {
@@ -70,8 +73,8 @@ void regap_profile(AlignProfile& profile, const char* templ, int newLen, const P
   profile.len = newLen;
 }
 
-void calc_profile_scores(const AlignProfile& profile, std::span<const ProfileMember> members, int alignLen,
-                         int seqLen, const std::int32_t* dSeqNums, const std::int32_t* dsSeqNums, int newHasSRes,
+void calc_profile_scores(const AlignProfile& profile, std::span<const ProfileMember> members, int alignLen, int seqLen,
+                         const std::int32_t* dSeqNums, const std::int32_t* dsSeqNums, int newHasSRes,
                          const ProfileTables& tables, std::int32_t* msNums, std::int32_t* mPenGroup,
                          std::int32_t* scores) {
   const std::size_t m = static_cast<std::size_t>(alignLen);
@@ -104,8 +107,9 @@ AlignStatus align_profile_step(StepWorkspace& ws, KernelKind kind, const std::in
     const AlignStatus status =
         sum_band(ws.band, kind, scores, rows, cols, rowStruct, colStruct, rowGroup, colGroup, gapPen, gapSizePen);
     if (align_failed(status)) return status;
-    len = walk_path(band_path_start(ws.band), rows, cols,
-                    [&ws](std::int32_t cell) { return band_next_cell(ws.band, cell); }, first, second);
+    len = walk_path(
+        band_path_start(ws.band), rows, cols, [&ws](std::int32_t cell) { return band_next_cell(ws.band, cell); }, first,
+        second);
     return end_templates(len, maxLen, first, second);
   }
   const std::size_t cells = rows > 0 && cols > 0 ? static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols) : 0;

@@ -63,8 +63,8 @@ void regap_profile(AlignProfile& profile, const char* templ, int newLen, const P
 // against residue q of the new sequence; msNums[p] gains every member's structure penalty;
 // mPenGroup[p] is set to the group charge where a member's grouping string
 // forbids a gap.
-void calc_profile_scores(const AlignProfile& profile, std::span<const ProfileMember> members, int alignLen,
-                         int seqLen, const std::int32_t* dSeqNums, const std::int32_t* dsSeqNums, int newHasSRes,
+void calc_profile_scores(const AlignProfile& profile, std::span<const ProfileMember> members, int alignLen, int seqLen,
+                         const std::int32_t* dSeqNums, const std::int32_t* dsSeqNums, int newHasSRes,
                          const ProfileTables& tables, std::int32_t* msNums, std::int32_t* mPenGroup,
                          std::int32_t* scores);
 

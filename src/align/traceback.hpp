@@ -22,8 +22,7 @@ int insert_mSeq_gap(int from, int to, int len, std::span<char> first, std::span<
 // Out: both templates written along the path, unpaired tails last (the row
 // operand's first); returns their length, which may pass the buffers.
 template <class NextCell>
-int walk_path(std::int32_t start, int rows, int cols, NextCell next, std::span<char> first,
-              std::span<char> second);
+int walk_path(std::int32_t start, int rows, int cols, NextCell next, std::span<char> first, std::span<char> second);
 
 // In: the length walk_path returned and the column limit.
 // Out: ok with both templates NUL-terminated, or alignTooLong naming the limit.
@@ -32,16 +31,15 @@ AlignStatus end_templates(int len, int maxLen, std::span<char> first, std::span<
 // In: start from find_path_start on a summed matrix, the template buffers, the limit.
 // Out: the templates and len, or alignTooLong (the templates then hold the
 // first columns only).
-AlignStatus trace_best_align(std::int32_t start, const SumCell* matrix, int rows, int cols,
-                             std::span<char> first, std::span<char> second, int maxLen, int& len);
+AlignStatus trace_best_align(std::int32_t start, const SumCell* matrix, int rows, int cols, std::span<char> first,
+                             std::span<char> second, int maxLen, int& len);
 // The designed routine: trace_best_align, with a failure reported as fatal.
 // Returns the alignment length.
 int find_best_align(std::int32_t start, const SumCell* matrix, int rows, int cols, std::span<char> first,
                     std::span<char> second, int maxLen);
 
 // Writes one template column; a column beyond a buffer is not stored.
-inline void put_template_column(std::span<char> first, std::span<char> second, int at, char firstCh,
-                                char secondCh) {
+inline void put_template_column(std::span<char> first, std::span<char> second, int at, char firstCh, char secondCh) {
   if (at < 0) return;
   const auto pos = static_cast<std::size_t>(at);
   if (pos < first.size()) first[pos] = firstCh;
@@ -49,8 +47,7 @@ inline void put_template_column(std::span<char> first, std::span<char> second, i
 }
 
 template <class NextCell>
-int walk_path(std::int32_t start, int rows, int cols, NextCell next, std::span<char> first,
-              std::span<char> second) {
+int walk_path(std::int32_t start, int rows, int cols, NextCell next, std::span<char> first, std::span<char> second) {
   const long long cells = (rows > 0 && cols > 0) ? static_cast<long long>(rows) * cols : 0;
   // Links only ever point forward inside the matrix; anything else ends the path.
   auto follows = [cells](std::int32_t cell, std::int32_t from) { return cell > from && cell < cells; };

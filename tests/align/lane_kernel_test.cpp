@@ -1,9 +1,6 @@
 // Every vector kernel against the scalar reference (sum_matrix_cells) on
 // random cases built to stress exactness: ties, structure levels, groups,
 // wrapping sums, sums near the carry floor, very short and very long operands.
-#include "align/band_align.hpp"
-#include "align/lane_align.hpp"
-
 #include <algorithm>
 #include <climits>
 #include <cstdint>
@@ -11,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "align/band_align.hpp"
+#include "align/lane_align.hpp"
 #include "align/traceback.hpp"
 #include "support/test_support.hpp"
 
@@ -32,11 +31,11 @@ struct Ranges {
 };
 
 const Ranges kStyles[] = {
-    {-2, 2, 0, 0, 0, 0, 0, 2},                                      // ties everywhere
-    {-3, 3, 0, 3, 0, 0, 0, 3},                                      // structure levels
-    {-50, 50, 0, 500, 0, 5000, 0, 50},                              // the program's own ranges
-    {-10, 10, 0, 2, -2, 6, 0, 4},                                   // group penalties
-    {-(1 << 25), 0, 0, 1 << 20, 0, 1 << 20, 0, 1 << 20},            // sums near the carry floor
+    {-2, 2, 0, 0, 0, 0, 0, 2},                                                 // ties everywhere
+    {-3, 3, 0, 3, 0, 0, 0, 3},                                                 // structure levels
+    {-50, 50, 0, 500, 0, 5000, 0, 50},                                         // the program's own ranges
+    {-10, 10, 0, 2, -2, 6, 0, 4},                                              // group penalties
+    {-(1 << 25), 0, 0, 1 << 20, 0, 1 << 20, 0, 1 << 20},                       // sums near the carry floor
     {INT_MIN, INT_MAX, INT_MIN, INT_MAX, INT_MIN, INT_MAX, INT_MIN, INT_MAX},  // wrapping everywhere
 };
 
@@ -107,8 +106,10 @@ std::string compare_lane(const LaneWorkspace& ws, int lane, const std::vector<Su
   const std::int32_t start = find_path_start(m.data(), rows, cols);
   if (lane_path_start(ws, lane) != start) return "path start";
   std::string a(8000, '-'), b(8000, '-'), c(8000, '-'), d(8000, '-');
-  const int refLen = walk_path(start, rows, cols, [&m](std::int32_t k) { return m[k].next; }, a, b);
-  const int len = walk_path(start, rows, cols, [&](std::int32_t k) { return lane_next_cell(ws, lane, k); }, c, d);
+  const int refLen = walk_path(
+      start, rows, cols, [&m](std::int32_t k) { return m[k].next; }, a, b);
+  const int len = walk_path(
+      start, rows, cols, [&](std::int32_t k) { return lane_next_cell(ws, lane, k); }, c, d);
   if (len != refLen || a != c || b != d) return "templates";
   return "";
 }
@@ -126,8 +127,8 @@ void check_cases(KernelKind kind, unsigned seed, int count, int maxRows, int max
     for (std::size_t l = 0; l < c.cols.size(); ++l) {
       const int rows = row.n, cols = views[l].n;
       const std::string diff = compare_lane(ws, static_cast<int>(l), reference(c, c.cols[l]), rows, cols);
-      ASSERT_EQ(diff, "") << kernel_name(kind) << " case " << n << " style " << style << " lane " << l << " of "
-                          << rows << " x " << cols;
+      ASSERT_EQ(diff, "") << kernel_name(kind) << " case " << n << " style " << style << " lane " << l << " of " << rows
+                          << " x " << cols;
     }
   }
 }
@@ -139,10 +140,10 @@ TEST(LaneKernel, AgreesWithTheScalarKernel) {
   for (KernelKind kind : {KernelKind::sse41, KernelKind::avx2, KernelKind::avx512}) {
     if (!kernel_supported(kind)) continue;
     ++tested;
-    check_cases(kind, 11u, 600, 12, 12);   // small: every tie shape many times
-    check_cases(kind, 12u, 120, 70, 70);   // mid-sized, with long gaps
-    check_cases(kind, 13u, 3, 3000, 6);    // 3,000 rows against short columns
-    check_cases(kind, 14u, 3, 4, 3000);    // and the other way round
+    check_cases(kind, 11u, 600, 12, 12);  // small: every tie shape many times
+    check_cases(kind, 12u, 120, 70, 70);  // mid-sized, with long gaps
+    check_cases(kind, 13u, 3, 3000, 6);   // 3,000 rows against short columns
+    check_cases(kind, 14u, 3, 4, 3000);   // and the other way round
   }
   if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
 }
@@ -171,9 +172,9 @@ void check_band_cases(KernelKind kind, unsigned seed, int count, int maxRows, in
     }
     Ints scores;
     for (const SumCell& cell : pairs) scores.push_back(cell.score);
-    ASSERT_FALSE(align_failed(sum_band(ws, kind, scores.data(), rows, cols, c.row.structPen.data(),
-                                       col.structPen.data(), c.row.group.data(), col.group.data(), c.gapPen,
-                                       c.gapSizePen)));
+    ASSERT_FALSE(
+        align_failed(sum_band(ws, kind, scores.data(), rows, cols, c.row.structPen.data(), col.structPen.data(),
+                              c.row.group.data(), col.group.data(), c.gapPen, c.gapSizePen)));
     std::string diff;
     for (int j = 0; j < cols && diff.empty(); ++j)
       if (band_edge_sum(ws, j) != m[j].score) diff = "row 0 sum at column " + std::to_string(j);

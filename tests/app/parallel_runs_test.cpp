@@ -25,8 +25,8 @@ std::string parms_for(const Job& job) {
   return "RAVLIN:SCOR_MATRIX ravlin.wts\nRAVLIN:STRUCT_BIAS 10\nRAVLIN:INC_GAP_PEN 5\n"
          "RAVLIN:PRINT_PCT_HOM 1\nRAVLIN:PRINT_ORDER 0\nRAVLIN:CONSENSUS_PCT 50\nRAVLIN:ASCII_FLAG 1\n"
          "RAVLIN:RES_LINE_LEN 50\nRAVLIN:PRINT_FORMAT 0\nRAVLIN:PRINT_PAIRWISE " +
-         std::to_string(job.printPairs) + "\nRAVLIN:DATA_FORMAT " + std::to_string(job.format) +
-         "\nRAVLIN:DATA_FILE " + job.dataFile + "\nRAVLIN:SEQ_SELECT " + std::to_string(job.select) + "\n";
+         std::to_string(job.printPairs) + "\nRAVLIN:DATA_FORMAT " + std::to_string(job.format) + "\nRAVLIN:DATA_FILE " +
+         job.dataFile + "\nRAVLIN:SEQ_SELECT " + std::to_string(job.select) + "\n";
 }
 
 // Seven short sequences and, fifth, one too long for any alignment: the
@@ -64,17 +64,19 @@ TEST(ParallelRuns, SameBytesOnAnyThreadCountAndKernel) {
   for (const Job& job : jobs) {
     TempDir dir;
     dir.write("ravlin.wts", testsupport::read_file(testsupport::source_path("data/ravlin.wts")));
-    const std::string data = job.dataFile == std::string("toolong.txt")
-                                 ? too_long_data()
-                                 : testsupport::read_file(testsupport::source_path(std::string("examples/") + job.dataFile));
+    const std::string data =
+        job.dataFile == std::string("toolong.txt")
+            ? too_long_data()
+            : testsupport::read_file(testsupport::source_path(std::string("examples/") + job.dataFile));
     dir.write(job.dataFile, data);
     dir.write("parms", parms_for(job));
     const RunResult reference = run_with(dir, "1", "scalar");
     if (job.dataFile == std::string("toolong.txt")) {
       EXPECT_EQ(reference.status, 1);
-      EXPECT_THAT(reference.out, ::testing::EndsWith("\nProcessing pairwise alignments\n......" +
-                                                      testsupport::error_frame(1, "find_best_align",
-                                                                               "Alignment size exceeded, len = 3500\n")));
+      EXPECT_THAT(
+          reference.out,
+          ::testing::EndsWith("\nProcessing pairwise alignments\n......" +
+                              testsupport::error_frame(1, "find_best_align", "Alignment size exceeded, len = 3500\n")));
     } else {
       EXPECT_EQ(reference.status, 0);
       EXPECT_THAT(reference.out, ::testing::EndsWith("\nDoing Multiple Alignment\nDone\n"));
@@ -97,8 +99,9 @@ TEST(ParallelRuns, AKernelTheMachineLacksOrAnUnknownNameEndsTheRun) {
   TempDir dir;
   const RunResult unknown = run_with(dir, "1", "neon");
   EXPECT_EQ(unknown.status, 1);
-  EXPECT_EQ(unknown.out, testsupport::error_frame(1, "select_kernel",
-                                                  "Unknown kernel in RAVLIN_KERNEL: neon (scalar, sse41, avx2 or avx512)\n"));
+  EXPECT_EQ(unknown.out,
+            testsupport::error_frame(1, "select_kernel",
+                                     "Unknown kernel in RAVLIN_KERNEL: neon (scalar, sse41, avx2 or avx512)\n"));
   for (KernelKind kind : {KernelKind::sse41, KernelKind::avx2, KernelKind::avx512}) {
     if (kernel_supported(kind)) continue;
     const RunResult lacking = run_with(dir, "1", kernel_name(kind));
