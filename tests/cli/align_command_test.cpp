@@ -13,6 +13,7 @@
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 using testsupport::RunResult;
 using testsupport::shell_quote;
 using testsupport::TempDir;
@@ -252,6 +253,32 @@ TEST(AlignCommand, StructureFileFaults) {
     EXPECT_THAT(run.err, HasSubstr("ravlin-align: error: "));
     EXPECT_THAT(run.err, HasSubstr(c.message));
     EXPECT_FALSE(std::filesystem::exists(dir.file("out.fa")));
+  }
+}
+
+}  // namespace
+
+namespace {
+
+// mkdssp's own output, both formats, aligns: its structure lands on the
+// sequence it was computed for (1dpx is hen lysozyme, the example's 1lzt).
+TEST(AlignCommand, AlignsWithMkdsspOutput) {
+  TempDir dir;
+  if (testsupport::run_command("command -v mkdssp", "", dir.path()).status != 0)
+    GTEST_SKIP() << "mkdssp is not installed (Debian package dssp): aligning with its output was NOT tested";
+  testsupport::write_file(dir.file("1dpx.pdb"),
+                          testsupport::read_file(testsupport::source_path("tests/data/1dpx.pdb")));
+  for (const std::string format : {"dssp", "mmcif"}) {
+    SCOPED_TRACE(format);
+    const std::string out = "1dpx." + format;
+    ASSERT_EQ(testsupport::run_command("mkdssp --output-format " + format + " 1dpx.pdb " + out + " 2>/dev/null", "",
+                                       dir.path())
+                  .status,
+              0);
+    const AlignRun run = align(dir, "-q -f sto --ss 1lzt=" + out + " " + example("lysozyme.fa"));
+    EXPECT_EQ(run.result.status, 0) << run.err;
+    EXPECT_THAT(run.result.out, HasSubstr("#=GR 1lzt SS "));
+    EXPECT_THAT(run.result.out, Not(HasSubstr("#=GR 1hml")));
   }
 }
 
