@@ -19,6 +19,7 @@ struct Avx512 {
   static Reg sub(Reg a, Reg b) { return _mm512_sub_epi32(a, b); }
   static Mask gt(Reg a, Reg b) { return _mm512_cmpgt_epi32_mask(a, b); }
   static Mask none() { return 0; }
+  static Mask gt_where(Mask m, Reg a, Reg b) { return _mm512_mask_cmpgt_epi32_mask(m, a, b); }
   static Mask and_(Mask a, Mask b) { return static_cast<Mask>(a & b); }
   static Mask or_(Mask a, Mask b) { return static_cast<Mask>(a | b); }
   static Mask not_(Mask a) { return static_cast<Mask>(~a); }
