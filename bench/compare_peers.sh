@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Times ravlin-batch and the installed peer aligners side by side on one
 # FASTA file, alternating the programs run by run so that a busy machine
-# slows them alike. Prints each run's wall-clock time and peak memory and,
-# at the end, each program's best time and its ratio to ClustalW's.
+# slows them alike. Prints each run's wall-clock time, processor time and
+# peak memory and, at the end, each program's best times and their ratios
+# to ClustalW's.
 #
 #   bench/compare_peers.sh SEQUENCES.fa [RUNS] [RAVLIN_BATCH]
 #
@@ -42,23 +43,28 @@ for name in "${order[@]}"; do
   if command -v "$first" > /dev/null; then available+=("$name"); else echo "not installed: $name"; fi
 done
 
-declare -A best
+declare -A best bestCpu
 echo "$count sequences from $fasta, $runs runs each, $(nproc) cores"
 for ((run = 1; run <= runs; run++)); do
   for name in "${available[@]}"; do
-    (cd "$work" && /usr/bin/time -f "%e %M" -o "$work/time" ${commands[$name]} > /dev/null 2> "$work/err") ||
+    (cd "$work" && /usr/bin/time -f "%e %M %U %S" -o "$work/time" ${commands[$name]} > /dev/null 2> "$work/err") ||
       { echo "$name failed:"; cat "$work/err"; exit 1; }
-    read -r secs kb < "$work/time"
-    printf '%-15s run %d: %7.2f s %8.1f MB\n' "$name" "$run" "$secs" "$(awk -v k="$kb" 'BEGIN { print k / 1024 }')"
+    read -r secs kb user sys < "$work/time"
+    cpu=$(awk -v u="$user" -v s="$sys" 'BEGIN { print u + s }')
+    printf '%-15s run %d: %7.2f s wall %7.2f s processor %8.1f MB\n' "$name" "$run" "$secs" "$cpu" \
+      "$(awk -v k="$kb" 'BEGIN { print k / 1024 }')"
     if [[ -z ${best[$name]:-} ]] || awk -v a="$secs" -v b="${best[$name]}" 'BEGIN { exit !(a < b) }'; then
       best[$name]=$secs
+    fi
+    if [[ -z ${bestCpu[$name]:-} ]] || awk -v a="$cpu" -v b="${bestCpu[$name]}" 'BEGIN { exit !(a < b) }'; then
+      bestCpu[$name]=$cpu
     fi
   done
 done
 
-echo "best of $runs, and the ratio to ClustalW:"
+echo "best of $runs (wall-clock and processor time), each with its ratio to ClustalW's:"
+ratio() { [[ -n ${2:-} ]] && awk -v a="$1" -v b="$2" 'BEGIN { printf("%.3f", a / b) }'; }
 for name in "${available[@]}"; do
-  ratio=""
-  [[ -n ${best[clustalw]:-} ]] && ratio=$(awk -v a="${best[$name]}" -v b="${best[clustalw]}" 'BEGIN { printf("%.3f", a / b) }')
-  printf '%-15s %7.2f s  %s\n' "$name" "${best[$name]}" "$ratio"
+  printf '%-15s %7.2f s  %6s   %7.2f s  %6s\n' "$name" "${best[$name]}" "$(ratio "${best[$name]}" "${best[clustalw]:-}")" \
+    "${bestCpu[$name]}" "$(ratio "${bestCpu[$name]}" "${bestCpu[clustalw]:-}")"
 done
