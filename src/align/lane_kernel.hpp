@@ -42,7 +42,7 @@ struct LaneBatch {
   const std::int32_t* rowStructMin = nullptr;  // [rows] min(rowStruct[i], rowStruct[i+1])
   const std::int32_t* rowGapCharge = nullptr;  // [rows] gapPen + rowGroup[i+1]
 
-  // Per column (lane-interleaved): pair scores by row code, step terms.
+  // Per column (lane-interleaved): pair scores by row code.
   const std::int32_t* wtProfile = nullptr;     // [32][cols][lanes]
   const std::int32_t* ssProfile = nullptr;     // [32][cols][lanes], used when rowSsCode is set
   const std::int32_t* laneStart = nullptr;     // [lanes] real column 0 of each lane
