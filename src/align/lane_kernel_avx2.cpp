@@ -46,6 +46,8 @@ struct Avx2 {
 
 }  // namespace
 
-const std::int32_t* lane_sum_avx2(const LaneBatch& batch) { return lane_sum<Avx2>(batch); }
+const std::int32_t* lane_sum_avx2(const LaneBatch& batch) {
+  return batch.rowSsCode ? lane_sum<Avx2, true>(batch) : lane_sum<Avx2, false>(batch);
+}
 
 void band_sum_avx2(const BandBatch& batch) { band_sum<Avx2>(batch); }

@@ -55,6 +55,8 @@ struct Avx512 {
 
 }  // namespace
 
-const std::int32_t* lane_sum_avx512(const LaneBatch& batch) { return lane_sum<Avx512>(batch); }
+const std::int32_t* lane_sum_avx512(const LaneBatch& batch) {
+  return batch.rowSsCode ? lane_sum<Avx512, true>(batch) : lane_sum<Avx512, false>(batch);
+}
 
 void band_sum_avx512(const BandBatch& batch) { band_sum<Avx512>(batch); }

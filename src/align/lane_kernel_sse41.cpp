@@ -41,6 +41,8 @@ struct Sse41 {
 
 }  // namespace
 
-const std::int32_t* lane_sum_sse41(const LaneBatch& batch) { return lane_sum<Sse41>(batch); }
+const std::int32_t* lane_sum_sse41(const LaneBatch& batch) {
+  return batch.rowSsCode ? lane_sum<Sse41, true>(batch) : lane_sum<Sse41, false>(batch);
+}
 
 void band_sum_sse41(const BandBatch& batch) { band_sum<Sse41>(batch); }
