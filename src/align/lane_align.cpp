@@ -195,12 +195,14 @@ std::int32_t lane_path_start(const LaneWorkspace& ws, int lane) {
   if (ws.rows < 1 || n < 1) return kNoCell;
   std::int32_t best = 0;
   std::int32_t start = kNoCell;
+  const std::size_t W = static_cast<std::size_t>(ws.lanes);
+  const std::int32_t* firstRow = ws.firstRow + static_cast<std::size_t>(ws.laneStart[lane]) * W + lane;
   for (int j = 0; j < n; ++j) {
-    const std::int32_t sum = lane_edge_sum(ws, lane, j);
+    const std::int32_t sum = firstRow[static_cast<std::size_t>(j) * W];
     if (sum > best) best = sum, start = j;
   }
   for (int i = 1; i < ws.rows; ++i) {
-    const std::int32_t sum = lane_edge_sum(ws, lane, i * n);
+    const std::int32_t sum = ws.colZeroSums[static_cast<std::size_t>(i) * W + lane];
     if (sum > best) best = sum, start = i * n;
   }
   return start;
