@@ -20,10 +20,11 @@ struct Avx512 {
   static Mask gt(Reg a, Reg b) { return _mm512_cmpgt_epi32_mask(a, b); }
   static Mask none() { return 0; }
   static Mask gt_where(Mask m, Reg a, Reg b) { return _mm512_mask_cmpgt_epi32_mask(m, a, b); }
-  static Mask and_(Mask a, Mask b) { return static_cast<Mask>(a & b); }
-  static Mask or_(Mask a, Mask b) { return static_cast<Mask>(a | b); }
-  static Mask not_(Mask a) { return static_cast<Mask>(~a); }
-  static Mask andnot(Mask a, Mask b) { return static_cast<Mask>(b & ~a); }  // b and not a
+  // Mask logic in the mask registers, not through general ones.
+  static Mask and_(Mask a, Mask b) { return _kand_mask16(a, b); }
+  static Mask or_(Mask a, Mask b) { return _kor_mask16(a, b); }
+  static Mask not_(Mask a) { return _knot_mask16(a); }
+  static Mask andnot(Mask a, Mask b) { return _kandn_mask16(a, b); }  // b and not a
   static Reg select(Mask m, Reg ifClear, Reg ifSet) { return _mm512_mask_blend_epi32(m, ifClear, ifSet); }
   // A column's link flags live in the first two bytes of its lane slot.
   static Mask load_mask(const std::int32_t* p) {
