@@ -43,8 +43,7 @@ AlignStatus reserve_lanes(LaneWorkspace& ws, bool withSs) {
   if (!grow(ws.bits, entries) || !grow(ws.wtProfile, kTableDim * row) ||
       (withSs && !grow(ws.ssProfile, kTableDim * row)))
     return {AlignFault::outOfMemory, 0, kMatrixLabel};
-  if (!grow(ws.colStructMin, row) || !grow(ws.colGapCharge, row) || !grow(ws.rowA, row) || !grow(ws.rowB, row) ||
-      !grow(ws.zeroRow, row) || !grow(ws.colScore, row) || !grow(ws.colLevel, row) || !grow(ws.colUsable, row) ||
+  if (!grow(ws.colState, row * kColFields) || !grow(ws.rowA, row) || !grow(ws.rowB, row) || !grow(ws.zeroRow, row) ||
       !grow(ws.colZeroSums, rows * lanes) || !grow(ws.rowWtCode, rows) || !grow(ws.rowSsCode, rows) ||
       !grow(ws.rowStructMin, rows) || !grow(ws.rowGapCharge, rows))
     return {AlignFault::outOfMemory, 0, kWorkLabel};
@@ -74,15 +73,18 @@ void fill_profile(std::int32_t* profile, const ScoreTable& table, const bool (&u
 
 void fill_column_terms(LaneWorkspace& ws, std::span<const LaneOperand> cols, int gapPen) {
   const std::size_t W = static_cast<std::size_t>(ws.lanes);
-  std::fill_n(ws.colStructMin.begin(), static_cast<std::size_t>(ws.cols) * W, 0);
-  std::fill_n(ws.colGapCharge.begin(), static_cast<std::size_t>(ws.cols) * W, gapPen);
+  const std::size_t stride = kColFields * W;
+  for (std::size_t c = 0; c < static_cast<std::size_t>(ws.cols); ++c) {
+    std::fill_n(ws.colState.begin() + static_cast<std::ptrdiff_t>(c * stride + kColStructMin * W), W, 0);
+    std::fill_n(ws.colState.begin() + static_cast<std::ptrdiff_t>(c * stride + kColGapCharge * W), W, gapPen);
+  }
   for (std::size_t l = 0; l < cols.size(); ++l) {
     const LaneOperand& op = cols[l];
     const std::size_t start = static_cast<std::size_t>(ws.laneStart[l]);
     for (int jr = 0; jr < op.n; ++jr) {
-      const std::size_t at = (start + static_cast<std::size_t>(jr)) * W + l;
-      ws.colStructMin[at] = jr >= 1 ? std::min(op.structPen[jr - 1], op.structPen[jr]) : 0;
-      ws.colGapCharge[at] = add32(gapPen, op.groupPen[jr]);
+      std::int32_t* col = ws.colState.data() + (start + static_cast<std::size_t>(jr)) * stride + l;
+      col[kColStructMin * W] = jr >= 1 ? std::min(op.structPen[jr - 1], op.structPen[jr]) : 0;
+      col[kColGapCharge * W] = add32(gapPen, op.groupPen[jr]);
     }
   }
 }
@@ -172,15 +174,11 @@ AlignStatus sum_lanes(LaneWorkspace& ws, KernelKind kind, const LaneOperand& row
   batch.rowGapCharge = ws.rowGapCharge.data();
   batch.wtProfile = ws.wtProfile.data();
   batch.ssProfile = withSs ? ws.ssProfile.data() : nullptr;
-  batch.colStructMin = ws.colStructMin.data();
-  batch.colGapCharge = ws.colGapCharge.data();
   batch.laneStart = ws.laneStart.data();
   batch.zeroRow = ws.zeroRow.data();
   batch.rowA = ws.rowA.data();
   batch.rowB = ws.rowB.data();
-  batch.colScore = ws.colScore.data();
-  batch.colLevel = ws.colLevel.data();
-  batch.colUsable = ws.colUsable.data();
+  batch.colState = ws.colState.data();
   batch.colZeroSums = ws.colZeroSums.data();
   batch.bits = ws.bits.data();
   ws.firstRow = run_kernel(kind, batch);
@@ -199,12 +197,14 @@ std::int32_t lane_path_start(const LaneWorkspace& ws, int lane) {
   if (ws.rows < 1 || n < 1) return kNoCell;
   std::int32_t best = 0;
   std::int32_t start = kNoCell;
+  const std::size_t W = static_cast<std::size_t>(ws.lanes);
+  const std::int32_t* firstRow = ws.firstRow + static_cast<std::size_t>(ws.laneStart[lane]) * W + lane;
   for (int j = 0; j < n; ++j) {
-    const std::int32_t sum = lane_edge_sum(ws, lane, j);
+    const std::int32_t sum = firstRow[static_cast<std::size_t>(j) * W];
     if (sum > best) best = sum, start = j;
   }
   for (int i = 1; i < ws.rows; ++i) {
-    const std::int32_t sum = lane_edge_sum(ws, lane, i * n);
+    const std::int32_t sum = ws.colZeroSums[static_cast<std::size_t>(i) * W + lane];
     if (sum > best) best = sum, start = i * n;
   }
   return start;

@@ -27,9 +27,9 @@ struct LaneOperand {
 
 // Scratch of one worker for the vector kernels; grown as needed, never shrunk.
 struct LaneWorkspace {
-  std::vector<std::int32_t> wtProfile, ssProfile, colStructMin, colGapCharge;
+  std::vector<std::int32_t> wtProfile, ssProfile, colState;
   std::vector<std::int32_t> zeroRow;  // stays all zero
-  std::vector<std::int32_t> rowA, rowB, colScore, colLevel, colUsable, colZeroSums;
+  std::vector<std::int32_t> rowA, rowB, colZeroSums;
   std::vector<std::int32_t> rowWtCode, rowSsCode, rowStructMin, rowGapCharge;
   std::vector<unsigned char> bits;
   std::array<std::int32_t, kMaxLanes> laneStart{};

@@ -22,6 +22,14 @@ inline constexpr int kColRefreshed = 3;  // the column carry took this step's ca
 // Bytes of one cell entry: four fields of `lanes` bits.
 inline constexpr std::size_t lane_entry_bytes(int lanes) { return static_cast<std::size_t>(lanes) / 2; }
 
+// The fields of a column in LaneBatch::colState.
+inline constexpr int kColStructMin = 0;  // min(colStruct[c - 1], colStruct[c])
+inline constexpr int kColGapCharge = 1;  // gapPen + colGroup[c]
+inline constexpr int kColScore = 2;      // the column carry: score,
+inline constexpr int kColLevel = 3;      // structure level,
+inline constexpr int kColUsable = 4;     // and whether a candidate has set it
+inline constexpr int kColFields = 5;
+
 struct LaneBatch {
   int rows = 0;   // positions of the row sequence
   int cols = 0;   // padded width of the column sequences
@@ -34,20 +42,20 @@ struct LaneBatch {
   const std::int32_t* rowStructMin = nullptr;  // [rows] min(rowStruct[i], rowStruct[i+1])
   const std::int32_t* rowGapCharge = nullptr;  // [rows] gapPen + rowGroup[i+1]
 
-  // Per column (lane-interleaved): pair scores by row code, step terms.
-  const std::int32_t* wtProfile = nullptr;     // [32][cols][lanes]
-  const std::int32_t* ssProfile = nullptr;     // [32][cols][lanes], used when rowSsCode is set
-  const std::int32_t* colStructMin = nullptr;  // [cols][lanes]
-  const std::int32_t* colGapCharge = nullptr;  // [cols][lanes]
-  const std::int32_t* laneStart = nullptr;     // [lanes] real column 0 of each lane
-  const std::int32_t* zeroRow = nullptr;       // [cols][lanes] of 0: structure scores when there are none
+  // Per column (lane-interleaved): pair scores by row code.
+  const std::int32_t* wtProfile = nullptr;  // [32][cols][lanes]
+  const std::int32_t* ssProfile = nullptr;  // [32][cols][lanes], used when rowSsCode is set
+  const std::int32_t* laneStart = nullptr;  // [lanes] real column 0 of each lane
+  const std::int32_t* zeroRow = nullptr;    // [cols][lanes] of 0: structure scores when there are none
 
-  // Scratch, [cols][lanes] each: two score rows and the column carries.
+  // Per column, kColFields groups of `lanes` entries side by side (one
+  // pointer serves the whole column): the step terms, filled by the caller,
+  // and the column carry, the kernel's scratch.
+  std::int32_t* colState = nullptr;  // [cols][kColFields][lanes]
+
+  // Scratch, [cols][lanes] each: two score rows.
   std::int32_t* rowA = nullptr;
   std::int32_t* rowB = nullptr;
-  std::int32_t* colScore = nullptr;
-  std::int32_t* colLevel = nullptr;
-  std::int32_t* colUsable = nullptr;
 
   // Out: sums of each lane's real column 0 for every row, [rows][lanes];
   // the cell entries, [rows - 1][cols] entries of lane_entry_bytes(lanes).

@@ -15,6 +15,7 @@ struct Avx2 {
   static Reg add(Reg a, Reg b) { return _mm256_add_epi32(a, b); }
   static Reg sub(Reg a, Reg b) { return _mm256_sub_epi32(a, b); }
   static Mask gt(Reg a, Reg b) { return _mm256_cmpgt_epi32(a, b); }
+  static Mask gt_where(Mask m, Reg a, Reg b) { return and_(m, gt(a, b)); }
   static Mask none() { return _mm256_setzero_si256(); }
   static Mask and_(Mask a, Mask b) { return _mm256_and_si256(a, b); }
   static Mask or_(Mask a, Mask b) { return _mm256_or_si256(a, b); }
@@ -47,6 +48,8 @@ struct Avx2 {
 
 }  // namespace
 
-const std::int32_t* lane_sum_avx2(const LaneBatch& batch) { return lane_sum<Avx2>(batch); }
+const std::int32_t* lane_sum_avx2(const LaneBatch& batch) {
+  return batch.rowSsCode ? lane_sum<Avx2, true>(batch) : lane_sum<Avx2, false>(batch);
+}
 
 void band_sum_avx2(const BandBatch& batch) { band_sum<Avx2>(batch); }

@@ -19,10 +19,12 @@ struct Avx512 {
   static Reg sub(Reg a, Reg b) { return _mm512_sub_epi32(a, b); }
   static Mask gt(Reg a, Reg b) { return _mm512_cmpgt_epi32_mask(a, b); }
   static Mask none() { return 0; }
-  static Mask and_(Mask a, Mask b) { return static_cast<Mask>(a & b); }
-  static Mask or_(Mask a, Mask b) { return static_cast<Mask>(a | b); }
-  static Mask not_(Mask a) { return static_cast<Mask>(~a); }
-  static Mask andnot(Mask a, Mask b) { return static_cast<Mask>(b & ~a); }  // b and not a
+  static Mask gt_where(Mask m, Reg a, Reg b) { return _mm512_mask_cmpgt_epi32_mask(m, a, b); }
+  // Mask logic in the mask registers, not through general ones.
+  static Mask and_(Mask a, Mask b) { return _kand_mask16(a, b); }
+  static Mask or_(Mask a, Mask b) { return _kor_mask16(a, b); }
+  static Mask not_(Mask a) { return _knot_mask16(a); }
+  static Mask andnot(Mask a, Mask b) { return _kandn_mask16(a, b); }  // b and not a
   static Reg select(Mask m, Reg ifClear, Reg ifSet) { return _mm512_mask_blend_epi32(m, ifClear, ifSet); }
   // A column's link flags live in the first two bytes of its lane slot.
   static Mask load_mask(const std::int32_t* p) {
@@ -54,6 +56,8 @@ struct Avx512 {
 
 }  // namespace
 
-const std::int32_t* lane_sum_avx512(const LaneBatch& batch) { return lane_sum<Avx512>(batch); }
+const std::int32_t* lane_sum_avx512(const LaneBatch& batch) {
+  return batch.rowSsCode ? lane_sum<Avx512, true>(batch) : lane_sum<Avx512, false>(batch);
+}
 
 void band_sum_avx512(const BandBatch& batch) { band_sum<Avx512>(batch); }

@@ -15,6 +15,7 @@ struct Sse41 {
   static Reg add(Reg a, Reg b) { return _mm_add_epi32(a, b); }
   static Reg sub(Reg a, Reg b) { return _mm_sub_epi32(a, b); }
   static Mask gt(Reg a, Reg b) { return _mm_cmpgt_epi32(a, b); }
+  static Mask gt_where(Mask m, Reg a, Reg b) { return and_(m, gt(a, b)); }
   static Mask none() { return _mm_setzero_si128(); }
   static Mask and_(Mask a, Mask b) { return _mm_and_si128(a, b); }
   static Mask or_(Mask a, Mask b) { return _mm_or_si128(a, b); }
@@ -40,6 +41,8 @@ struct Sse41 {
 
 }  // namespace
 
-const std::int32_t* lane_sum_sse41(const LaneBatch& batch) { return lane_sum<Sse41>(batch); }
+const std::int32_t* lane_sum_sse41(const LaneBatch& batch) {
+  return batch.rowSsCode ? lane_sum<Sse41, true>(batch) : lane_sum<Sse41, false>(batch);
+}
 
 void band_sum_sse41(const BandBatch& batch) { band_sum<Sse41>(batch); }

@@ -117,6 +117,9 @@ AlignStatus align_pair(AlignWorkspace& ws, AlignRecord& record, const SeqRecord&
   fit_operand(A, a);
   fit_operand(B, b);
   const int rows = a.n, cols = b.n;
+  // Every template holds all of its operand's positions, so a sequence
+  // longer than the limit can only give an over-long alignment.
+  if (std::max(rows, cols) > kMaxAlignLen) return {AlignFault::alignTooLong, kMaxAlignLen};
   AlignStatus status = reserve_workspace(ws, rows, cols);
   if (align_failed(status)) return status;
 

@@ -39,13 +39,27 @@ struct PairBatch {
   int row;                // index of the row sequence
   std::size_t firstPair;  // pair number of (row, 0)
   std::vector<int> cols;  // column sequences
+  KernelKind kernel;      // the narrowest kernel of the run's family that holds them
 };
+
+// A batch of few pairs runs on a narrower vector kernel when the machine has
+// one: the results are the same, and fewer lanes sit idle.
+KernelKind kernel_for(KernelKind chosen, std::size_t pairs) {
+  if (chosen == KernelKind::scalar) return chosen;
+  KernelKind best = chosen;
+  for (KernelKind narrower : {KernelKind::avx2, KernelKind::sse41})
+    if (static_cast<int>(pairs) <= kernel_lanes(narrower) && kernel_lanes(narrower) < kernel_lanes(best) &&
+        kernel_supported(narrower))
+      best = narrower;
+  return best;
+}
 
 std::size_t pair_number(int i, int j) { return static_cast<std::size_t>(i) * (i - 1) / 2 + j; }
 
 // Each row sequence's partners, grouped by length so that a vector batch
 // pads little; one partner per batch for the scalar kernel.
-std::vector<PairBatch> make_batches(int n, int lanes) {
+std::vector<PairBatch> make_batches(int n, KernelKind kernel) {
+  const int lanes = kernel_lanes(kernel);
   std::vector<PairBatch> batches;
   std::vector<int> partners;
   for (int i = 1; i < n; ++i) {
@@ -57,7 +71,8 @@ std::vector<PairBatch> make_batches(int n, int lanes) {
       });
     for (std::size_t from = 0; from < partners.size(); from += static_cast<std::size_t>(lanes)) {
       const std::size_t to = std::min(partners.size(), from + static_cast<std::size_t>(lanes));
-      batches.push_back({i, pair_number(i, 0), std::vector<int>(partners.begin() + from, partners.begin() + to)});
+      batches.push_back({i, pair_number(i, 0), std::vector<int>(partners.begin() + from, partners.begin() + to),
+                         kernel_for(kernel, to - from)});
     }
   }
   return batches;
@@ -74,7 +89,6 @@ struct Workspace {
 struct Stage {
   std::span<AlignRecord> pairs;
   const PairParams* params;
-  KernelKind kernel;
   std::vector<PairBatch> batches;
   std::vector<AlignStatus> statuses;
   std::unique_ptr<std::atomic<bool>[]> done;
@@ -86,7 +100,7 @@ struct Stage {
 
 void run_batch(Stage& stage, Workspace& ws, const PairBatch& batch) {
   const SeqRecord& A = mySeq[static_cast<std::size_t>(batch.row)];
-  if (stage.kernel == KernelKind::scalar) {
+  if (batch.kernel == KernelKind::scalar) {
     for (int j : batch.cols) {
       const std::size_t k = batch.firstPair + static_cast<std::size_t>(j);
       stage.statuses[k] = align_pair(ws.scalar, stage.pairs[k], A, mySeq[static_cast<std::size_t>(j)], *stage.params);
@@ -101,7 +115,7 @@ void run_batch(Stage& stage, Workspace& ws, const PairBatch& batch) {
       Bs[p] = &mySeq[j];
       records[p] = &stage.pairs[batch.firstPair + j];
     }
-    align_pairs_lanes(ws.lanes, stage.kernel, A, std::span(Bs.data(), count), std::span(records.data(), count),
+    align_pairs_lanes(ws.lanes, batch.kernel, A, std::span(Bs.data(), count), std::span(records.data(), count),
                       std::span(statuses.data(), count), *stage.params);
     for (std::size_t p = 0; p < count; ++p)
       stage.statuses[batch.firstPair + static_cast<std::size_t>(batch.cols[p])] = statuses[p];
@@ -150,8 +164,7 @@ void align_all_pairs(std::span<AlignRecord> pairs, int n, const PairParams& para
   Stage stage;
   stage.pairs = pairs;
   stage.params = &params;
-  stage.kernel = active_kernel();
-  stage.batches = make_batches(n, kernel_lanes(stage.kernel));
+  stage.batches = make_batches(n, active_kernel());
   stage.statuses = checked_vector<AlignStatus>(pairs.size(), "do_pairs");
   stage.done = std::make_unique<std::atomic<bool>[]>(pairs.size());
 
