@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
+#include "matrix/weight_file.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/parms.hpp"
@@ -23,31 +24,13 @@ static_assert(sizeof(SumCell) == 8, "a matrix cell is two 32-bit words");
 
 namespace {
 
-struct Scoring {
-  ScoreTable residues{};
-  ScoreTable structure{};
-  int gapPen = 11;
-  int gapSizePen = 1;
-  int midPen = 10;
-  int endPen = 4;
-};
-
-void read_weight_key(std::FILE* in, const std::string& key, Scoring& s) {
-  if (key == "KEY:WT_PMAT") read_matrix_file(in, s.residues);
-  if (key == "KEY:WT_SMAT") read_matrix_file(in, s.structure);
-  if (key == "KEY:GAP_PEN") read_parm_int(in, &s.gapPen, 0, 1000, key);
-  if (key == "KEY:GAP_PEN_SIZE") read_parm_int(in, &s.gapSizePen, 0, 1000, key);
-  if (key == "KEY:MID_GAP_PEN") read_parm_int(in, &s.midPen, 0, 1000, key);
-  if (key == "KEY:END_GAP_PEN") read_parm_int(in, &s.endPen, 0, 1000, key);
-}
-
-const Scoring& scoring() {
-  static const Scoring s = [] {
-    Scoring loaded;
-    const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r");
-    if (!in) return loaded;
-    std::string key;
-    while (read_parm_key(in.get(), "KEY", 3, key) == 1) read_weight_key(in.get(), key, loaded);
+// The shipped weight file's tables and penalties.
+const WeightSettings& scoring() {
+  static const WeightSettings s = [] {
+    WeightSettings loaded;
+    WeightKeysFound found{};
+    if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r"))
+      read_weight_file(in.get(), loaded, found);
     return loaded;
   }();
   return s;
@@ -105,7 +88,7 @@ void report(benchmark::State& state, double cellsPerIteration) {
 }
 
 void align_pair(benchmark::State& state, bool withStructure) {
-  const Scoring& s = scoring();
+  const WeightSettings& s = scoring();
   std::mt19937 rng(20240611u + static_cast<unsigned>(state.range(0)));
   const std::string resA = random_residues(rng, static_cast<int>(state.range(0)));
   const std::string resB = mutated(rng, resA);
@@ -115,7 +98,8 @@ void align_pair(benchmark::State& state, bool withStructure) {
   AlignRecord record;
   for (auto _ : state) {
     record.seqs.assign(2, AlignedSeq{});
-    const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midPen, s.endPen, 1, 10, 0};
+    const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midStructPen, s.endStructPen,
+                            1,           10,           0};
     align_pair(benchWs, record, a, b, params);
     benchmark::DoNotOptimize(record.alignScore);
   }
@@ -135,12 +119,12 @@ void BM_PairAlignExampleFamily(benchmark::State& state) {
     state.SkipWithError("examples/gluts.txt is not readable");
     return;
   }
-  const Scoring& s = scoring();
+  const WeightSettings& s = scoring();
   double cells = 0;
   for (int i = 1; i < count; ++i)
     for (int j = 0; j < i; ++j) cells += static_cast<double>(family[i].numRes) * family[j].numRes;
   AlignRecord record;
-  const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midPen, s.endPen, 1, 10, 0};
+  const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midStructPen, s.endStructPen, 1, 10, 0};
   for (auto _ : state) {
     for (int i = 1; i < count; ++i) {
       for (int j = 0; j < i; ++j) {

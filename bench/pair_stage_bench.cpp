@@ -15,6 +15,7 @@
 
 #include "align/kernel_select.hpp"
 #include "malign/pair_stage.hpp"
+#include "matrix/weight_file.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/parms.hpp"
 #include "shell/text_input.hpp"
@@ -46,21 +47,16 @@ std::string mutated(std::mt19937& rng, const std::string& seq) {
 }
 
 struct Stage {
-  ScoreTable residues{}, structure{};
-  int gapPen = 11, gapSizePen = 1, midPen = 10, endPen = 4;
+  WeightSettings weights;  // the shipped weight file's
   double cells = 0;
 };
 
 const Stage& stage() {
   static const Stage s = [] {
     Stage loaded;
-    if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r")) {
-      std::string key;
-      while (read_parm_key(in.get(), "KEY", 3, key) == 1) {
-        if (key == "KEY:WT_PMAT") read_matrix_file(in.get(), loaded.residues);
-        if (key == "KEY:WT_SMAT") read_matrix_file(in.get(), loaded.structure);
-      }
-    }
+    WeightKeysFound found{};
+    if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r"))
+      read_weight_file(in.get(), loaded.weights, found);
     std::mt19937 rng(20261123u);
     std::string first;
     for (int s = 0; s < kSeqs; ++s) {
@@ -105,7 +101,8 @@ void BM_PairStage(benchmark::State& state) {
   const Stage& s = stage();
   set_active_kernel(kind);
   set_pair_threads(static_cast<int>(state.range(1)));
-  const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midPen, s.endPen, 1, 10, 0};
+  const WeightSettings& w = s.weights;
+  const PairParams params{&w.residues, &w.structure, w.gapPen, w.gapSizePen, w.midStructPen, w.endStructPen, 1, 10, 0};
   std::vector<AlignRecord> pairs(static_cast<std::size_t>(kSeqs * (kSeqs - 1) / 2));
   // The process's processor time over all threads: cells per processor
   // second is the speed of one core, however busy the machine is.

@@ -9,28 +9,11 @@
 #include "align/lane_kernel.hpp"
 #include "align/score_codes.hpp"
 #include "align/sum_matrix.hpp"
+#include "align/wrap_arith.hpp"
 
 namespace {
 
 const char* const kLabel = "sm";
-
-inline std::int32_t add32(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-}
-
-template <class T>
-bool grow(std::vector<T>& v, std::size_t n) {
-  if (v.size() >= n) return true;
-  try {
-    v.clear();
-    v.resize(n);
-  } catch (const std::bad_alloc&) {
-    return false;
-  } catch (const std::length_error&) {
-    return false;
-  }
-  return true;
-}
 
 bool reserve_band(BandWorkspace& ws) {
   const auto rows = static_cast<std::size_t>(ws.rows), cols = static_cast<std::size_t>(ws.cols);

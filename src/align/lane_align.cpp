@@ -11,29 +11,12 @@
 #include "align/penalties.hpp"
 #include "align/score_codes.hpp"
 #include "align/traceback.hpp"
+#include "align/wrap_arith.hpp"
 
 namespace {
 
 const char* const kMatrixLabel = "calc_pair_align: sm";
 const char* const kWorkLabel = "do_pair_align";
-
-inline std::int32_t add32(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-}
-
-template <class T>
-bool grow(std::vector<T>& v, std::size_t n) {
-  if (v.size() >= n) return true;
-  try {
-    v.clear();
-    v.resize(n);
-  } catch (const std::bad_alloc&) {
-    return false;
-  } catch (const std::length_error&) {
-    return false;
-  }
-  return true;
-}
 
 AlignStatus reserve_lanes(LaneWorkspace& ws, bool withSs) {
   const std::size_t rows = static_cast<std::size_t>(ws.rows), cols = static_cast<std::size_t>(ws.cols);

@@ -10,6 +10,7 @@
 #include "align/penalties.hpp"
 #include "align/score_codes.hpp"
 #include "align/traceback.hpp"
+#include "align/wrap_arith.hpp"
 #include "shell/strutil.hpp"
 
 namespace {
@@ -18,21 +19,6 @@ const char* const kMatrixLabel = "calc_pair_align: sm";
 const char* const kCarryLabel = "sm_mat_sum";
 const char* const kWorkLabel = "do_pair_align";
 const char* const kSaveLabel = "save_seq_align";
-
-// Grows v to at least n entries; false when memory runs out.
-template <class T>
-bool grow(std::vector<T>& v, std::size_t n) {
-  if (v.size() >= n) return true;
-  try {
-    v.clear();  // nothing to keep: growing from empty avoids copying
-    v.resize(n);
-  } catch (const std::bad_alloc&) {
-    return false;
-  } catch (const std::length_error&) {
-    return false;
-  }
-  return true;
-}
 
 AlignStatus reserve_workspace(AlignWorkspace& ws, int rows, int cols) {
   const auto r = static_cast<std::size_t>(rows), c = static_cast<std::size_t>(cols);

@@ -6,19 +6,10 @@
 #include <vector>
 
 #include "align/score_codes.hpp"
+#include "align/wrap_arith.hpp"
 #include "shell/errors.hpp"
 
 namespace {
-
-// Sums wrap at 32 bits as the kernel always has; doing it through unsigned
-// keeps that without signed-overflow undefined behaviour. Inlined away.
-inline std::int32_t add32(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-}
-
-inline std::int32_t sub32(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
-}
 
 // A table element for any code pair stays inside the table, whatever the codes.
 inline std::int32_t table_at(const ScoreTable& table, std::int32_t rowCode, std::int32_t colCode) {
