@@ -5,9 +5,9 @@
 
 namespace {
 
-constexpr int kMaxShownId = 24;      // characters of an id in the id pane
-constexpr double kIdCharWidth = 7.3; // of the 12 px monospace font
-constexpr int kNumberWidth = 48;     // the residue numbers right of a block
+constexpr int kMaxShownId = 24;       // characters of an id in the id pane
+constexpr double kIdCharWidth = 7.3;  // of the 12 px monospace font
+constexpr int kNumberWidth = 48;      // the residue numbers right of a block
 constexpr int kConsensusHeight = 14;
 constexpr int kBlockGap = 14;
 

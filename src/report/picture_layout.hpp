@@ -24,8 +24,8 @@ struct PictureLayout {
   int blockWidth = 0;  // columns a block
   int blocks = 0;
   int blockHeight = 0;
-  int idWidth = 0;    // the id pane
-  int bodyWidth = 0;  // the blocks, with the residue numbers at their right
+  int idWidth = 0;          // the id pane
+  int bodyWidth = 0;        // the blocks, with the residue numbers at their right
   std::vector<int> trackY;  // per row: top of its structure track within a block, -1 for none
   std::vector<int> rowY;    // per row: top of its residue row within a block
   int consensusY = 0;

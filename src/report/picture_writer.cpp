@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "report/picture_layout.hpp"
 #include "report/structure_track.hpp"
@@ -62,13 +64,18 @@ std::string_view scheme_name(ColourScheme scheme) {
 std::string settings_text(const PictureOptions& options) {
   const PrintOptions& s = options.settings;
   std::string text = "Scoring matrix " + s.scoreFile;
-  const std::pair<const char*, int> values[] = {
-      {"gap penalty", s.gapPen},       {"gap size penalty", s.gapSizePen},   {"mid-structure penalty", s.midStructPen},
-      {"end-structure penalty", s.endStructPen}, {"structure bias", s.structBias}, {"increasing gap percent", s.incGapPen},
-      {"blank match score", s.blankMatch}, {"near-match score", s.nearMatchScore}};
+  const std::pair<const char*, int> values[] = {{"gap penalty", s.gapPen},
+                                                {"gap size penalty", s.gapSizePen},
+                                                {"mid-structure penalty", s.midStructPen},
+                                                {"end-structure penalty", s.endStructPen},
+                                                {"structure bias", s.structBias},
+                                                {"increasing gap percent", s.incGapPen},
+                                                {"blank match score", s.blankMatch},
+                                                {"near-match score", s.nearMatchScore}};
   for (const auto& [name, value] : values) text += std::string(", ") + name + " " + std::to_string(value);
-  text += "; consensus at " + std::to_string(s.consensusPercent) + "%; colours: " +
-          std::string(scheme_name(options.colour)) + "; " + std::to_string(options.blockWidth) + " columns a block";
+  text += "; consensus at " + std::to_string(s.consensusPercent) +
+          "%; colours: " + std::string(scheme_name(options.colour)) + "; " + std::to_string(options.blockWidth) +
+          " columns a block";
   return text;
 }
 
@@ -155,8 +162,8 @@ void append_group_mark(std::string& groups, std::string& anchors, const ViewRow&
   }
 }
 
-void append_residue_row(std::string& out, const ViewRow& row, const std::string& colours, int rowY, int first,
-                        int last, int& count, const PictureLayout& layout) {
+void append_residue_row(std::string& out, const ViewRow& row, const std::string& colours, int rowY, int first, int last,
+                        int& count, const PictureLayout& layout) {
   out += "<g transform=\"translate(0,";
   append_int(out, rowY);
   out += ")\">";
@@ -187,7 +194,8 @@ void append_residue_row(std::string& out, const ViewRow& row, const std::string&
   }
   if (!groups.empty()) out += "<path class=\"grp\" d=\"" + groups + "\"/>";
   if (!anchors.empty()) out += "<path class=\"anchor\" d=\"" + anchors + "\"/>";
-  append_text(out, "num", (last - first + 1) * kCellWidth + 6, kTextBaseline, std::to_string(residue_number(row, count)));
+  append_text(out, "num", (last - first + 1) * kCellWidth + 6, kTextBaseline,
+              std::to_string(residue_number(row, count)));
   out += "</g>";
 }
 
@@ -236,7 +244,8 @@ void append_conservation(std::string& out, const std::vector<int>& top, int rows
     bars += "h-8z";
   }
   if (bars.empty()) return;
-  out += "<path class=\"bar\" d=\"" + bars + "\"><title>share of the sequences that hold the column's most "
+  out += "<path class=\"bar\" d=\"" + bars +
+         "\"><title>share of the sequences that hold the column's most "
          "frequent residue</title></path>";
 }
 

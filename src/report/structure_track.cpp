@@ -109,8 +109,7 @@ void append_run(std::string& out, const ViewRow& row, const Run& run, int trackY
     while (end < run.lastColumn && !is_gap(row, static_cast<std::size_t>(end + 1)) &&
            block_of(layout, end + 1) == block_of(layout, c))
       ++end;
-    const Piece piece{column_x(layout, c), block_top(layout, block_of(layout, c)) + trackY,
-                      (end - c + 1) * kCellWidth};
+    const Piece piece{column_x(layout, c), block_top(layout, block_of(layout, c)) + trackY, (end - c + 1) * kCellWidth};
     if (helix) {
       append_helix_piece(out, piece);
     } else {

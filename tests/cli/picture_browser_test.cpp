@@ -36,9 +36,9 @@ RunCounts count_runs(const std::string& ssText) {
       continue;
     }
     for (char letter : line) {
-      const char state = std::string_view("HGI").find(letter) != std::string_view::npos ? 'H'
+      const char state = std::string_view("HGI").find(letter) != std::string_view::npos  ? 'H'
                          : std::string_view("EB").find(letter) != std::string_view::npos ? 'B'
-                                                                                           : 'C';
+                                                                                         : 'C';
       if (state == 'H' && previous != 'H') ++counts.helices;
       if (state == 'B' && previous != 'B') ++counts.strands;
       previous = state;
@@ -63,11 +63,11 @@ TEST(PictureBrowser, PicturesShowResiduesAndStructure) {
     std::string file;
     bool residueColours;  // residues in Clustal X's fills
   } cases[] = {
-      {"page, Clustal X colours", "-f html " + example("gluts.fa") + " --ss " + example("gluts.ss.fa"),
-       "gluts.ss.fa", "out.html", true},
+      {"page, Clustal X colours", "-f html " + example("gluts.fa") + " --ss " + example("gluts.ss.fa"), "gluts.ss.fa",
+       "out.html", true},
       {"standalone drawing, anchors, no colours",
-       "-f svg --colour none " + example("pla2_anchored.fa") + " -s " + example("pla2_anchored.ss.fa") +
-           " --anchors " + example("pla2_anchored.anchors.fa"),
+       "-f svg --colour none " + example("pla2_anchored.fa") + " -s " + example("pla2_anchored.ss.fa") + " --anchors " +
+           example("pla2_anchored.anchors.fa"),
        "pla2_anchored.ss.fa", "out.svg", false},
   };
   for (const auto& c : cases) {
@@ -91,8 +91,8 @@ TEST(PictureBrowser, PicturesShowResiduesAndStructure) {
     EXPECT_EQ(count_of(dom, "class=\"strand\""), expected.strands);
 
     const RunResult pixels = testsupport::run_command(
-        "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/png_pixels.py").string()) +
-            " shot.png " + kClustalFills,
+        "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/png_pixels.py").string()) + " shot.png " +
+            kClustalFills,
         "", dir.path());
     ASSERT_EQ(pixels.status, 0) << pixels.out;
     std::istringstream numbers(pixels.out);

@@ -33,8 +33,7 @@ std::vector<std::string> structure_elements(const std::string& svg) {
     const std::string body = (*it)[5];
     std::size_t pieces = 0;
     for (std::size_t at = body.find("<rect"); at != std::string::npos; at = body.find("<rect", at + 1)) ++pieces;
-    for (std::size_t at = body.find("<polygon"); at != std::string::npos; at = body.find("<polygon", at + 1))
-      ++pieces;
+    for (std::size_t at = body.find("<polygon"); at != std::string::npos; at = body.find("<polygon", at + 1)) ++pieces;
     found.push_back((*it)[1].str() + " " + (*it)[2].str() + " " + (*it)[3].str() + "-" + (*it)[4].str() + " " +
                     std::to_string(pieces));
   }
@@ -78,10 +77,14 @@ TEST(PictureWriter, OneElementPerHelixAndStrand) {
        {row_of("a", "ACDEFGHIKLMN", "CCCCBBBBBBCC")},
        6,
        {"strand a 5-10 2"}},
-      {"strands of DSSP's E, and two strands apart", {row_of("a", "ACDEFGHIK", "EEBCCBBTT")}, 60,
+      {"strands of DSSP's E, and two strands apart",
+       {row_of("a", "ACDEFGHIK", "EEBCCBBTT")},
+       60,
        {"strand a 1-3 1", "strand a 6-7 1"}},
       {"numbers from the input's numbering", {numbered}, 60, {"helix n 102-105 1", "strand n 107-109 1"}},
-      {"no structure, nothing drawn", {row_of("b", "ACDEF", "XXXXX", false), row_of("c", "ACDEF", "XHHXX")}, 60,
+      {"no structure, nothing drawn",
+       {row_of("b", "ACDEF", "XXXXX", false), row_of("c", "ACDEF", "XHHXX")},
+       60,
        {"helix c 2-3 1"}},
       {"ids escaped", {row_of("x&<y", "ACD", "HHH")}, 60, {"helix x&amp;&lt;y 1-3 1"}},
   };
