@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <regex>
 #include <string>
@@ -24,18 +25,26 @@ std::string drawn_svg(const AlignmentView& view, int blockWidth) {
   return text;
 }
 
-// "class seq start-end pieces" for every helix and strand element, in order.
+// "class seq start-end pieces" for every helix and strand element, in
+// order; a strand's pieces as "pieces/heads" (a head has seven points).
 std::vector<std::string> structure_elements(const std::string& svg) {
   static const std::regex element(
       R"re(<g class="(helix|strand)" data-seq="([^"]*)" data-start="(\d+)" data-end="(\d+)">(.*?)</g>)re");
+  static const std::regex piece(R"re(<(rect|polygon points="([^"]*)"))re");
   std::vector<std::string> found;
   for (auto it = std::sregex_iterator(svg.begin(), svg.end(), element); it != std::sregex_iterator(); ++it) {
     const std::string body = (*it)[5];
-    std::size_t pieces = 0;
-    for (std::size_t at = body.find("<rect"); at != std::string::npos; at = body.find("<rect", at + 1)) ++pieces;
-    for (std::size_t at = body.find("<polygon"); at != std::string::npos; at = body.find("<polygon", at + 1)) ++pieces;
-    found.push_back((*it)[1].str() + " " + (*it)[2].str() + " " + (*it)[3].str() + "-" + (*it)[4].str() + " " +
-                    std::to_string(pieces));
+    int pieces = 0;
+    int heads = 0;
+    for (auto p = std::sregex_iterator(body.begin(), body.end(), piece); p != std::sregex_iterator(); ++p) {
+      ++pieces;
+      const std::string points = (*p)[2];
+      if (std::count(points.begin(), points.end(), ',') == 7) ++heads;
+    }
+    std::string text = (*it)[1].str() + " " + (*it)[2].str() + " " + (*it)[3].str() + "-" + (*it)[4].str() + " " +
+                       std::to_string(pieces);
+    if ((*it)[1] == "strand") text += "/" + std::to_string(heads);
+    found.push_back(text);
   }
   return found;
 }
@@ -68,7 +77,7 @@ TEST(PictureWriter, OneElementPerHelixAndStrand) {
     int blockWidth;
     std::vector<std::string> expected;
   } cases[] = {
-      {"a helix and a strand", {row_of("a", "ACDEFGHIKL", "CHHHHCBBBC")}, 60, {"helix a 2-5 1", "strand a 7-9 1"}},
+      {"a helix and a strand", {row_of("a", "ACDEFGHIKL", "CHHHHCBBBC")}, 60, {"helix a 2-5 1", "strand a 7-9 1/1"}},
       {"gaps cut a helix into pieces, not into helices",
        {row_of("a", "AC  DEF GHIK", "CH  HHH HHCC")},
        60,
@@ -76,12 +85,12 @@ TEST(PictureWriter, OneElementPerHelixAndStrand) {
       {"a block end cuts a strand; only its last piece has a head",
        {row_of("a", "ACDEFGHIKLMN", "CCCCBBBBBBCC")},
        6,
-       {"strand a 5-10 2"}},
+       {"strand a 5-10 2/1"}},
       {"strands of DSSP's E, and two strands apart",
        {row_of("a", "ACDEFGHIK", "EEBCCBBTT")},
        60,
-       {"strand a 1-3 1", "strand a 6-7 1"}},
-      {"numbers from the input's numbering", {numbered}, 60, {"helix n 102-105 1", "strand n 107-109 1"}},
+       {"strand a 1-3 1/1", "strand a 6-7 1/1"}},
+      {"numbers from the input's numbering", {numbered}, 60, {"helix n 102-105 1", "strand n 107-109 1/1"}},
       {"no structure, nothing drawn",
        {row_of("b", "ACDEF", "XXXXX", false), row_of("c", "ACDEF", "XHHXX")},
        60,
