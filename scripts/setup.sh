@@ -2,8 +2,9 @@
 # Installs what ravlin needs to build and test, when it is missing:
 # a C++20 compiler (g++, and clang++ for the second test build), CMake,
 # clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
-# package dssp), which the structure tests run on a shipped PDB entry, and
-# Biopython, whose readers check ravlin-align's output.
+# package dssp), which the structure tests run on a shipped PDB entry,
+# Biopython, whose readers check ravlin-align's output, and Chromium, in
+# which the picture test opens ravlin-align's pages and drawings.
 set -euo pipefail
 
 missing=()
@@ -17,6 +18,8 @@ command -v clang-format >/dev/null 2>&1 || missing+=(clang-format)
 command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
 # The output tests read what ravlin-align writes with Biopython's readers.
 /usr/bin/python3 -c 'import Bio.AlignIO' >/dev/null 2>&1 || missing+=(python3-biopython)
+# The picture test renders ravlin-align's html and svg in headless Chromium.
+[ -x /usr/bin/chromium ] || missing+=(chromium)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"

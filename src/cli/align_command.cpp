@@ -22,6 +22,8 @@
 #include "malign/progress.hpp"
 #include "malign/run_driver.hpp"
 #include "report/alignment_writers.hpp"
+#include "report/line_printers.hpp"
+#include "report/picture_writer.hpp"
 #include "report/standard_writers.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
@@ -206,6 +208,15 @@ int seq_select(const std::string& order, const InputSeqs& input) {
   return static_cast<int>(found - input.ids.begin());
 }
 
+PictureOptions picture_options(const AlignOptions& options, bool withDate) {
+  PictureOptions picture{options.pictureWidth, options.colour, run_print_options(), ""};
+  if (withDate) {
+    picture.date = get_date();
+    if (!picture.date.empty() && picture.date.back() == '\n') picture.date.pop_back();
+  }
+  return picture;
+}
+
 void write_result(const AlignOptions& options, const std::vector<int>& alignOrder, std::FILE* stream) {
   const AlignmentView view = malign_view(mar, alignOrder, options.alignedOutputOrder ? 0 : 1, consensusPercent);
   switch (options.outFormat) {
@@ -220,6 +231,13 @@ void write_result(const AlignOptions& options, const std::vector<int>& alignOrde
       break;
     case OutFormat::kMolvane:
       write_molvane_layout(stream, view);
+      break;
+    case OutFormat::kHtml:
+      write_html_picture(stream, view, picture_options(options, true));
+      break;
+    case OutFormat::kSvg:
+      // No date, so that the same input gives the same drawing.
+      write_svg_picture(stream, view, picture_options(options, false));
       break;
     case OutFormat::kReport:
       break;  // written as the run went

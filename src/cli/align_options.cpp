@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "align/kernel_select.hpp"
+#include "report/picture_layout.hpp"
 
 const char* const kAlignUsage =
     "usage: ravlin-align [options] INPUT\n"
@@ -25,6 +26,19 @@ constexpr NamedFormat kOutFormats[] = {
     {"clustal", OutFormat::kClustal},     {"aln", OutFormat::kClustal},
     {"stockholm", OutFormat::kStockholm}, {"sto", OutFormat::kStockholm},
     {"report", OutFormat::kReport},       {"molvane", OutFormat::kMolvane},
+    {"html", OutFormat::kHtml},           {"svg", OutFormat::kSvg},
+};
+
+struct NamedScheme {
+  std::string_view name;
+  ColourScheme scheme;
+};
+
+constexpr NamedScheme kColourSchemes[] = {
+    {"none", ColourScheme::kNone},
+    {"clustal", ColourScheme::kClustal},
+    {"zappo", ColourScheme::kZappo},
+    {"hydrophobicity", ColourScheme::kHydrophobicity},
 };
 
 constexpr std::string_view kInFormats[] = {"fasta", "stockholm", "text", "molvane", "pir"};
@@ -35,10 +49,10 @@ std::string lower_case(std::string_view text) {
   return out;
 }
 
-bool parse_threads(const std::string& text, int& threads) {
+bool parse_whole_number(const std::string& text, int low, int high, int& number) {
   const char* end = text.data() + text.size();
-  const auto [ptr, ec] = std::from_chars(text.data(), end, threads);
-  return ec == std::errc() && ptr == end && threads >= 1 && threads <= kMaxThreads;
+  const auto [ptr, ec] = std::from_chars(text.data(), end, number);
+  return ec == std::errc() && ptr == end && number >= low && number <= high;
 }
 
 // Options that take a value: their value, from "--opt=VALUE" or the next word.
@@ -71,7 +85,7 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
     const auto found = std::find_if(std::begin(kOutFormats), std::end(kOutFormats),
                                     [&](const NamedFormat& f) { return f.name == wanted; });
     if (found == std::end(kOutFormats)) {
-      error = "unknown output format '" + value + "' (fasta, clustal, stockholm, report, molvane)";
+      error = "unknown output format '" + value + "' (fasta, clustal, stockholm, report, molvane, html, svg)";
       return false;
     }
     options.outFormat = found->format;
@@ -99,10 +113,24 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
   } else if (name == "--anchors") {
     options.anchorsFile = value;
   } else if (name == "--threads") {
-    if (!parse_threads(value, options.threads)) {
+    if (!parse_whole_number(value, 1, kMaxThreads, options.threads)) {
       error = "--threads takes a whole number from 1 to 256, not '" + value + "'";
       return false;
     }
+  } else if (name == "--width") {
+    if (!parse_whole_number(value, kMinPictureWidth, kMaxPictureWidth, options.pictureWidth)) {
+      error = "--width takes a whole number from 10 to 3500, not '" + value + "'";
+      return false;
+    }
+  } else if (name == "--colour" || name == "--color") {
+    const std::string wanted = lower_case(value);
+    const auto found = std::find_if(std::begin(kColourSchemes), std::end(kColourSchemes),
+                                    [&](const NamedScheme& s) { return s.name == wanted; });
+    if (found == std::end(kColourSchemes)) {
+      error = "--colour takes none, clustal, zappo or hydrophobicity, not '" + value + "'";
+      return false;
+    }
+    options.colour = found->scheme;
   }
   return true;
 }
@@ -115,6 +143,7 @@ struct ValueOption {
 constexpr ValueOption kValueOptions[] = {
     {"-o", "--output"}, {"-f", "--outfmt"}, {"", "--informat"}, {"", "--order"},   {"", "--output-order"},
     {"", "--params"},   {"", "--weights"},  {"-s", "--ss"},     {"", "--anchors"}, {"-t", "--threads"},
+    {"", "--width"},    {"", "--colour"},   {"", "--color"},
 };
 
 }  // namespace
@@ -175,9 +204,12 @@ std::string align_help_text() {
          "                         put in place only when the run succeeds\n"
          "      --force            replace FILE if it exists\n"
          "  -f, --outfmt FMT       fasta (fa, default), clustal (aln), stockholm (sto),\n"
-         "                         report (ravlin's report) or molvane\n"
+         "                         report (ravlin's report), molvane, or a picture: html (a page)\n"
+         "                         or svg\n"
          "      --informat FMT     fasta, stockholm, text, molvane or pir: do not guess\n"
          "      --output-order O   input (default) or aligned: the order of the rows\n"
+         "      --width N          html and svg: columns a block, 10 to 3500 (default 60)\n"
+         "      --colour SCHEME    html and svg: clustal (default), zappo, hydrophobicity or none\n"
          "\n"
          "Structure and anchors:\n"
          "  -s, --ss SOURCE        secondary structure for some or all sequences: FILE, ID=FILE\n"

@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
-enum class OutFormat { kFasta, kClustal, kStockholm, kReport, kMolvane };
+#include "report/residue_colours.hpp"
+
+enum class OutFormat { kFasta, kClustal, kStockholm, kReport, kMolvane, kHtml, kSvg };
 
 struct AlignOptions {
   std::string input;     // a file, or "-" for standard input
@@ -18,6 +20,8 @@ struct AlignOptions {
   std::string weightsFile;           // score tables and gap penalties; empty: as the settings say
   std::vector<std::string> ssFiles;  // structure sources, "FILE", "ID=FILE" or "ID=FILE:CHAIN"
   std::string anchorsFile;
+  int pictureWidth = 60;  // html and svg: columns a block
+  ColourScheme colour = ColourScheme::kClustal;
   int threads = 0;  // 0: every available core
   bool quiet = false;
 };

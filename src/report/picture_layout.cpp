@@ -1,0 +1,127 @@
+#include "report/picture_layout.hpp"
+
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+constexpr int kMaxShownId = 24;       // characters of an id in the id pane
+constexpr double kIdCharWidth = 7.3;  // of the 12 px monospace font
+constexpr int kNumberWidth = 48;      // the residue numbers right of a block
+constexpr int kConsensusHeight = 14;
+constexpr int kBlockGap = 14;
+
+std::size_t id_chars(const AlignmentView& view) {
+  std::size_t longest = 0;
+  for (const ViewRow& row : view.rows) longest = std::max(longest, std::min<std::size_t>(row.id.size(), kMaxShownId));
+  return std::max<std::size_t>(longest, 12);  // room for the labels "conservation" and "consensus"
+}
+
+}  // namespace
+
+PictureLayout calc_picture_layout(const AlignmentView& view, int blockWidth) {
+  PictureLayout layout;
+  layout.blockWidth = std::max(blockWidth, 1);
+  const int width = std::max(view.width, 0);
+  layout.blocks = (width + layout.blockWidth - 1) / layout.blockWidth;
+  layout.idWidth = 16 + static_cast<int>(static_cast<double>(id_chars(view)) * kIdCharWidth + 0.5);
+  layout.bodyWidth = std::min(width, layout.blockWidth) * kCellWidth + kNumberWidth;
+  int y = kRulerHeight;
+  for (const ViewRow& row : view.rows) {
+    layout.trackY.push_back(row.hasStructure ? y : -1);
+    if (row.hasStructure) y += kTrackHeight;
+    layout.rowY.push_back(y);
+    y += kRowHeight;
+  }
+  layout.consensusY = y;
+  layout.barY = y + kConsensusHeight;
+  layout.blockHeight = layout.barY + kBarHeight + kBlockGap;
+  return layout;
+}
+
+int residue_number(const ViewRow& row, int count) {
+  if (count >= 0 && count < static_cast<int>(row.resNums.size())) return row.resNums[static_cast<std::size_t>(count)];
+  return count;
+}
+
+std::string_view state_word(char state) {
+  switch (state) {
+    case 'H':
+      return "helix";
+    case 'B':
+    case 'E':
+      return "strand";
+    case 'T':
+      return "turn";
+    case 'C':
+      return "coil";
+    default:
+      return "";
+  }
+}
+
+bool is_helix(char state) { return state == 'H'; }
+bool is_strand(char state) { return state == 'B' || state == 'E'; }
+
+void append_int(std::string& out, long value) {
+  char text[24];
+  const auto result = std::to_chars(text, text + sizeof text, value);
+  out.append(text, result.ptr);
+}
+
+namespace {
+
+// Length of the well-formed UTF-8 sequence at text[at], 0 if there is none.
+std::size_t utf8_length(std::string_view text, std::size_t at) {
+  const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
+  const unsigned char lead = byte(at);
+  const std::size_t length = lead >= 0xf0 && lead < 0xf5 ? 4 : lead >= 0xe0 ? 3 : lead >= 0xc2 && lead < 0xe0 ? 2 : 0;
+  if (length == 0 || at + length > text.size()) return 0;
+  for (std::size_t k = 1; k < length; ++k)
+    if ((byte(at + k) & 0xc0) != 0x80) return 0;
+  return length;
+}
+
+}  // namespace
+
+void append_escaped(std::string& out, std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char ch = text[at];
+    // Bytes that are not UTF-8 (a Latin-1 header, say) would make the file unreadable as XML.
+    if (static_cast<unsigned char>(ch) >= 0x80) {
+      const std::size_t length = utf8_length(text, at);
+      out += length == 0 ? std::string_view("?") : text.substr(at, length);
+      at += length == 0 ? 0 : length - 1;
+      continue;
+    }
+    switch (ch) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      case '\'':
+        out += "&#39;";
+        break;
+      default:
+        // Control characters are not allowed in XML at all.
+        if (static_cast<unsigned char>(ch) < 0x20) {
+          out += ' ';
+        } else {
+          out += ch;
+        }
+    }
+  }
+}
+
+std::string shown_id(const std::string& id) {
+  if (id.size() <= static_cast<std::size_t>(kMaxShownId)) return id;
+  return id.substr(0, kMaxShownId - 1) + "\xe2\x80\xa6";
+}

@@ -1,0 +1,55 @@
+// Where everything of the alignment's picture stands, and the small helpers
+// that write SVG text. The picture is a stack of blocks, each `blockWidth`
+// columns wide: a ruler, per sequence its structure track (when it has
+// structure) and its residue row, then the consensus and the conservation
+// bars. The ids stand in a pane of their own at the left.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "report/alignment_view.hpp"
+
+constexpr int kCellWidth = 10;    // one column
+constexpr int kRowHeight = 14;    // a residue row
+constexpr int kTrackHeight = 10;  // a structure track
+constexpr int kRulerHeight = 16;
+constexpr int kBarHeight = 16;  // the conservation bars
+constexpr int kMinPictureWidth = 10;
+constexpr int kMaxPictureWidth = 3500;
+
+struct PictureLayout {
+  int blockWidth = 0;  // columns a block
+  int blocks = 0;
+  int blockHeight = 0;
+  int idWidth = 0;          // the id pane
+  int bodyWidth = 0;        // the blocks, with the residue numbers at their right
+  std::vector<int> trackY;  // per row: top of its structure track within a block, -1 for none
+  std::vector<int> rowY;    // per row: top of its residue row within a block
+  int consensusY = 0;
+  int barY = 0;
+};
+
+PictureLayout calc_picture_layout(const AlignmentView& view, int blockWidth);
+
+inline int block_of(const PictureLayout& layout, int column) { return column / layout.blockWidth; }
+inline int block_top(const PictureLayout& layout, int block) { return block * layout.blockHeight; }
+// Left edge of a column's cell within its block.
+inline int column_x(const PictureLayout& layout, int column) { return column % layout.blockWidth * kCellWidth; }
+
+// The residue number of a row's count-th residue (counted from 1), as the
+// report numbers it: the input's numbering where it has one.
+int residue_number(const ViewRow& row, int count);
+// The word for a structure code in hover texts; empty for none known.
+std::string_view state_word(char state);
+// Helix and strand codes; everything else known is turn or coil.
+bool is_helix(char state);
+bool is_strand(char state);
+
+void append_int(std::string& out, long value);
+// Text for an SVG or HTML text node or attribute value.
+void append_escaped(std::string& out, std::string_view text);
+// The shown id: cut to the id pane's width, with an ellipsis.
+std::string shown_id(const std::string& id);

@@ -1,0 +1,114 @@
+// ravlin-align's pictures in a real browser (headless Chromium): the page
+// is not blank, shows colour where the residues are, and its DOM holds one
+// helix element per helix run and one strand element per strand run of the
+// input's structure.
+#include <sstream>
+#include <string>
+
+#include "support/test_support.hpp"
+
+namespace {
+
+using testsupport::RunResult;
+using testsupport::shell_quote;
+using testsupport::TempDir;
+
+constexpr const char* kChromium = "/usr/bin/chromium";
+// The fills of Clustal X's classes, flat in the middle of every cell.
+constexpr const char* kClustalFills = "'#80a0f0' '#f01505' '#c048c0' '#15c015' '#f08080' '#f09048' '#c0c000' '#15a4a4'";
+
+std::string example(const std::string& name) { return shell_quote(testsupport::source_path("examples/" + name)); }
+
+struct RunCounts {
+  int helices = 0;
+  int strands = 0;
+};
+
+// Helix and strand runs of a FASTA-style DSSP file, as ravlin reads its
+// letters: H, G and I helix; E and B strand.
+RunCounts count_runs(const std::string& ssText) {
+  RunCounts counts;
+  char previous = ' ';
+  std::istringstream lines(ssText);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(">")) {
+      previous = ' ';
+      continue;
+    }
+    for (char letter : line) {
+      const char state = std::string_view("HGI").find(letter) != std::string_view::npos  ? 'H'
+                         : std::string_view("EB").find(letter) != std::string_view::npos ? 'B'
+                                                                                         : 'C';
+      if (state == 'H' && previous != 'H') ++counts.helices;
+      if (state == 'B' && previous != 'B') ++counts.strands;
+      previous = state;
+    }
+  }
+  return counts;
+}
+
+int count_of(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+TEST(PictureBrowser, PicturesShowResiduesAndStructure) {
+  if (!std::filesystem::exists(kChromium))
+    GTEST_SKIP() << "Chromium (Debian package chromium) is not installed: the pictures cannot be checked in a browser";
+  const struct {
+    const char* what;
+    std::string args;
+    std::string ssFile;
+    std::string file;
+    bool residueColours;  // residues in Clustal X's fills
+  } cases[] = {
+      {"page, Clustal X colours", "-f html " + example("gluts.fa") + " --ss " + example("gluts.ss.fa"), "gluts.ss.fa",
+       "out.html", true},
+      {"standalone drawing, anchors, no colours",
+       "-f svg --colour none " + example("pla2_anchored.fa") + " -s " + example("pla2_anchored.ss.fa") + " --anchors " +
+           example("pla2_anchored.anchors.fa"),
+       "pla2_anchored.ss.fa", "out.svg", false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const TempDir dir;
+    const RunResult run = testsupport::run_program(RAVLIN_ALIGN_BIN, "-q -o " + c.file + " " + c.args, "", dir.path());
+    ASSERT_EQ(run.status, 0);
+    const RunResult browser = testsupport::run_command(
+        std::string(kChromium) +
+            " --headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking"
+            " --disable-component-update --disable-sync --hide-scrollbars --user-data-dir=profile"
+            " --window-size=800,600 --screenshot=shot.png --dump-dom file://" +
+            dir.file(c.file).string() + " 2>/dev/null",
+        "", dir.path());
+    ASSERT_EQ(browser.status, 0);
+    const std::string& dom = browser.out;
+    EXPECT_EQ(dom.find("parsererror"), std::string::npos) << "the file does not parse";
+    const RunCounts expected = count_runs(testsupport::read_file(testsupport::source_path("examples/" + c.ssFile)));
+    EXPECT_GT(expected.helices, 0);
+    EXPECT_EQ(count_of(dom, "class=\"helix\""), expected.helices);
+    EXPECT_EQ(count_of(dom, "class=\"strand\""), expected.strands);
+
+    const RunResult pixels = testsupport::run_command(
+        "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/png_pixels.py").string()) + " shot.png " +
+            kClustalFills,
+        "", dir.path());
+    ASSERT_EQ(pixels.status, 0) << pixels.out;
+    std::istringstream numbers(pixels.out);
+    double width = 0, height = 0, nonWhite = 0, coloured = 0, filled = 0;
+    numbers >> width >> height >> nonWhite >> coloured >> filled;
+    ASSERT_EQ(width * height, 800.0 * 600.0);
+    EXPECT_GT(nonWhite / (width * height), 0.10) << "blank screenshot";
+    EXPECT_GT(coloured / (width * height), 0.02) << "no colour: neither residues nor structure";
+    // Clustal X's fills cover a good part of the residues (and the heading
+    // takes the top of the page); without colours there are none.
+    if (c.residueColours) {
+      EXPECT_GT(filled / (width * height), 0.05);
+    } else {
+      EXPECT_EQ(filled, 0.0);
+    }
+  }
+}
+
+}  // namespace

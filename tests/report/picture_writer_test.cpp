@@ -1,0 +1,132 @@
+// The picture's structure elements: one per helix or strand however gaps and
+// block ends cut it, with the sequence's id and residue numbers; a title
+// per residue; nothing for gaps.
+#include "report/picture_writer.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::string drawn_svg(const AlignmentView& view, int blockWidth) {
+  std::FILE* file = std::tmpfile();
+  PictureOptions options;
+  options.blockWidth = blockWidth;
+  write_svg_picture(file, view, options);
+  std::string text(static_cast<std::size_t>(std::ftell(file)), '\0');
+  std::rewind(file);
+  text.resize(std::fread(text.data(), 1, text.size(), file));
+  std::fclose(file);
+  return text;
+}
+
+// "class seq start-end pieces" for every helix and strand element, in
+// order; a strand's pieces as "pieces/heads" (a head has seven points).
+std::vector<std::string> structure_elements(const std::string& svg) {
+  static const std::regex element(
+      R"re(<g class="(helix|strand)" data-seq="([^"]*)" data-start="(\d+)" data-end="(\d+)">(.*?)</g>)re");
+  static const std::regex piece(R"re(<(rect|polygon points="([^"]*)"))re");
+  std::vector<std::string> found;
+  for (auto it = std::sregex_iterator(svg.begin(), svg.end(), element); it != std::sregex_iterator(); ++it) {
+    const std::string body = (*it)[5];
+    int pieces = 0;
+    int heads = 0;
+    for (auto p = std::sregex_iterator(body.begin(), body.end(), piece); p != std::sregex_iterator(); ++p) {
+      ++pieces;
+      const std::string points = (*p)[2];
+      if (std::count(points.begin(), points.end(), ',') == 7) ++heads;
+    }
+    std::string text = (*it)[1].str() + " " + (*it)[2].str() + " " + (*it)[3].str() + "-" + (*it)[4].str() + " " +
+                       std::to_string(pieces);
+    if ((*it)[1] == "strand") text += "/" + std::to_string(heads);
+    found.push_back(text);
+  }
+  return found;
+}
+
+std::size_t count_of(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+ViewRow row_of(const std::string& id, const std::string& residues, const std::string& structure,
+               bool hasStructure = true) {
+  ViewRow row;
+  row.id = id;
+  row.header = id;
+  row.residues = residues;
+  row.structure = structure;
+  row.groups = std::string(residues.size(), '-');
+  row.hasStructure = hasStructure;
+  return row;
+}
+
+TEST(PictureWriter, OneElementPerHelixAndStrand) {
+  static const std::vector<std::int32_t> numbering = {0, 101, 102, 103, 104, 105, 106, 107, 108, 109, 110};
+  ViewRow numbered = row_of("n", "ACDEFGHIKL", "CHHHHCBBBC");
+  numbered.resNums = numbering;
+  const struct {
+    const char* what;
+    std::vector<ViewRow> rows;
+    int blockWidth;
+    std::vector<std::string> expected;
+  } cases[] = {
+      {"a helix and a strand", {row_of("a", "ACDEFGHIKL", "CHHHHCBBBC")}, 60, {"helix a 2-5 1", "strand a 7-9 1/1"}},
+      {"gaps cut a helix into pieces, not into helices",
+       {row_of("a", "AC  DEF GHIK", "CH  HHH HHCC")},
+       60,
+       {"helix a 2-7 3"}},
+      {"a block end cuts a strand; only its last piece has a head",
+       {row_of("a", "ACDEFGHIKLMN", "CCCCBBBBBBCC")},
+       6,
+       {"strand a 5-10 2/1"}},
+      {"strands of DSSP's E, and two strands apart",
+       {row_of("a", "ACDEFGHIK", "EEBCCBBTT")},
+       60,
+       {"strand a 1-3 1/1", "strand a 6-7 1/1"}},
+      {"numbers from the input's numbering", {numbered}, 60, {"helix n 102-105 1", "strand n 107-109 1/1"}},
+      {"no structure, nothing drawn",
+       {row_of("b", "ACDEF", "XXXXX", false), row_of("c", "ACDEF", "XHHXX")},
+       60,
+       {"helix c 2-3 1"}},
+      {"ids escaped", {row_of("x&<y", "ACD", "HHH")}, 60, {"helix x&amp;&lt;y 1-3 1"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    AlignmentView view;
+    view.width = static_cast<int>(c.rows[0].residues.size());
+    view.rows = c.rows;
+    view.consensus = std::string(static_cast<std::size_t>(view.width), '-');
+    const std::string svg = drawn_svg(view, c.blockWidth);
+    EXPECT_EQ(structure_elements(svg), c.expected);
+    // One hover target per residue, none for gaps.
+    std::size_t residues = 0;
+    for (const ViewRow& row : c.rows) residues += row.residues.size() - count_of(row.residues, " ");
+    EXPECT_EQ(count_of(svg, "<use "), residues);
+  }
+}
+
+// Hover texts name the sequence, the residue and its number, its state and
+// its anchor; anchors are boxed and groups underlined.
+TEST(PictureWriter, ResidueTitlesAndMarks) {
+  ViewRow row = row_of("p1", "MK VL", "HH CC");
+  row.groups = "1* **";
+  AlignmentView view;
+  view.width = 5;
+  view.rows = {row};
+  view.consensus = "MK-VL";
+  const std::string svg = drawn_svg(view, 60);
+  EXPECT_NE(svg.find("<title>p1 M1 helix, anchor 1</title>"), std::string::npos);
+  EXPECT_NE(svg.find("<title>p1 L4 coil, gap-free group</title>"), std::string::npos);
+  EXPECT_NE(svg.find("<path class=\"anchor\" d=\"M1 1h8v12h-8z\"/>"), std::string::npos);
+  EXPECT_NE(svg.find("<path class=\"grp\" d=\"M10 13h10M30 13h10M40 13h10\"/>"), std::string::npos);
+  EXPECT_EQ(svg.find("date"), std::string::npos);
+}
+
+}  // namespace
