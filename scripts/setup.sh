@@ -3,7 +3,8 @@
 # a C++20 compiler (g++, and clang++ for the second test build), CMake,
 # clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
 # package dssp), which the structure tests run on a shipped PDB entry, and
-# Biopython, whose readers check ravlin-align's output.
+# Biopython, whose readers check ravlin-align's output, and Snakemake, which
+# runs the workflow that aligns many families.
 set -euo pipefail
 
 missing=()
@@ -17,6 +18,9 @@ command -v clang-format >/dev/null 2>&1 || missing+=(clang-format)
 command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
 # The output tests read what ravlin-align writes with Biopython's readers.
 /usr/bin/python3 -c 'import Bio.AlignIO' >/dev/null 2>&1 || missing+=(python3-biopython)
+# workflow/Snakefile aligns a folder of families under the workflow engine
+# users already run; its test runs it.
+command -v snakemake >/dev/null 2>&1 || missing+=(snakemake)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"
