@@ -8,6 +8,7 @@ run fails the job instead: those are not the family's fault, and Snakemake
 then retries the family on the next run.
 """
 
+import argparse
 import os
 import shlex
 import signal
@@ -19,14 +20,30 @@ ERROR_PREFIX = "ravlin-align: error: "
 CRASH_SIGNALS = {signal.SIGSEGV, signal.SIGABRT, signal.SIGBUS, signal.SIGFPE, signal.SIGILL}
 
 
-def build_command(program, inputs, params, threads, alignment):
-    command = [program, "-o", alignment, "--force", "-f", params.outfmt, "-t", str(threads)]
-    for path in inputs.structures:
+def parse_arguments():
+    parser = argparse.ArgumentParser(description="Align one family for the workflow and write its summary row.")
+    parser.add_argument("--family", required=True)
+    parser.add_argument("--program", required=True)
+    parser.add_argument("--outfmt", required=True)
+    parser.add_argument("--threads", required=True)
+    parser.add_argument("--extra", default="")
+    parser.add_argument("--ss", action="append", default=[])
+    parser.add_argument("--anchors", action="append", default=[])
+    parser.add_argument("--alignment", required=True)
+    parser.add_argument("--log", required=True)
+    parser.add_argument("--status", required=True)
+    parser.add_argument("sequences")
+    return parser.parse_args()
+
+
+def build_command(args):
+    command = [args.program, "-o", args.alignment, "--force", "-f", args.outfmt, "-t", args.threads]
+    for path in args.ss:
         command += ["--ss", path]
-    for path in inputs.anchors:
+    for path in args.anchors:
         command += ["--anchors", path]
-    command += shlex.split(params.extra)
-    command.append(inputs.sequences)
+    command += shlex.split(args.extra)
+    command.append(args.sequences)
     return command
 
 
@@ -76,33 +93,34 @@ def is_family_result(status):
     return status in (0, 1) or (status < 0 and -status in CRASH_SIGNALS)
 
 
-def main(sm):
-    alignment = sm.params.alignment
-    command = build_command(sm.config.get("ravlin_align", "ravlin-align"), sm.input, sm.params, sm.threads, alignment)
+def main():
+    args = parse_arguments()
+    command = build_command(args)
     start = time.monotonic()
     try:
         run = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True, errors="replace")
     except OSError as error:
         sys.exit(f"cannot run {command[0]}: {error.strerror} (set 'ravlin_align' in workflow/config.yaml)")
     seconds = time.monotonic() - start
-    with open(sm.log[0], "w") as log:
+    with open(args.log, "w") as log:
         log.write("$ " + shlex.join(command) + "\n" + run.stderr)
         log.write(f"exit status {run.returncode} after {seconds:.2f} s\n")
     if not is_family_result(run.returncode):
         sys.stderr.write(run.stderr)
-        sys.exit(f"ravlin-align failed with status {run.returncode}: see {sm.log[0]}")
+        sys.exit(f"ravlin-align failed with status {run.returncode}: see {args.log}")
 
     columns, message = "", ""
     if run.returncode == 0:
-        columns = count_columns(alignment, sm.params.outfmt)
+        columns = count_columns(args.alignment, args.outfmt)
     else:
         # An alignment left from an earlier input would no longer match it.
-        if os.path.exists(alignment):
-            os.remove(alignment)
+        if os.path.exists(args.alignment):
+            os.remove(args.alignment)
         message = " ".join(failure_message(run.stderr, run.returncode).split())
-    row = [sm.wildcards.family, count_sequences(sm.input.sequences), columns, f"{seconds:.2f}", run.returncode, message]
-    with open(sm.output.status, "w") as status:
+    row = [args.family, count_sequences(args.sequences), columns, f"{seconds:.2f}", run.returncode, message]
+    with open(args.status, "w") as status:
         status.write("\t".join(str(field) for field in row) + "\n")
 
 
-main(snakemake)  # noqa: F821 (set by Snakemake's script directive)
+if __name__ == "__main__":
+    main()
