@@ -3,8 +3,9 @@
 # a C++20 compiler (g++, and clang++ for the second test build), CMake,
 # clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
 # package dssp), which the structure tests run on a shipped PDB entry,
-# Biopython, whose readers check ravlin-align's output, and Chromium, in
-# which the picture test opens ravlin-align's pages and drawings.
+# Biopython, whose readers check ravlin-align's output, Chromium, in which
+# the picture test opens ravlin-align's pages and drawings, and Snakemake,
+# which runs the workflow that aligns many families.
 set -euo pipefail
 
 missing=()
@@ -20,6 +21,9 @@ command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
 /usr/bin/python3 -c 'import Bio.AlignIO' >/dev/null 2>&1 || missing+=(python3-biopython)
 # The picture test renders ravlin-align's html and svg in headless Chromium.
 [ -x /usr/bin/chromium ] || missing+=(chromium)
+# workflow/Snakefile aligns a folder of families under the workflow engine
+# users already run; its test runs it.
+command -v snakemake >/dev/null 2>&1 || missing+=(snakemake)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"
