@@ -47,7 +47,6 @@ TEST(ReadMatrixFile, GoodSections) {
       {"the last section may end at the end of the file", "1\nA\nA 7", "AA7"},
       {"one code", section_of(1), "AA1"},
       {"32 codes", section_of(32), "AZ1 FF1"},
-      {"scores of +-50 are allowed", "2\nA B\nA -50\nB 50 0\n\n", "AB50"},
       // A blank before the newline makes the bare newline a value token.
       {"a token without a number keeps the previous value", "2\nA B\nA 7\nB -3 \n\n", "BA-3 BB-3"},
       {"the very first cell has no previous value", "1\nA\nA x\n\n", "AA0"},
@@ -68,24 +67,16 @@ TEST(ReadMatrixFile, EachFaultHasItsMessage) {
       // The message does not echo the bad count.
       {section_of(0), "Illegal number of codes: "},
       {section_of(33), "Illegal number of codes: "},
-      {"many\nA\nA 1\n", "Illegal number of codes: "},
-      {"", "Illegal number of codes: "},
+      // One past the scores of +-50 read above.
       {"2\nA B\nA -51\nB 0 0\n\n", "Min score violated at A -51\n"},
       {"2\nA B\nA 0\nB 51 0\n\n", "Max score violated at B 51 0\n"},
       {"1\nA\nA 99999999999999\n\n", "Max score violated at A 99999999999999\n"},
-      {"1\nA\nA -99999999999999\n\n", "Min score violated at A -99999999999999\n"},
-      {"2\nA B\nA 1\nB 2\n\n", "Trouble reading matrix at B 2\n"},
       {"2\nA B\nA 1 2\nB 2 3\n\n", "Input check, line too long at A 1 2\n"},
-      {kExample.substr(0, kExample.find("A  2")) + "A  2 -2  0  0\n", "Input check, line too long at A  2 -2  0  0\n"},
       {"1\nA\nA\t2\n\n", "Illegal amino acid label length: A\t2\n"},  // tabs do not separate tokens
-      {"1\nA\nAla 2\n\n", "Illegal amino acid label length: Ala"},
       {"1\nA\n1 2\n\n", "Illegal amino acid character: 1 2\n"},
       // Blank and remark lines are allowed only before the label line.
-      {"2\nA B\nA 1\n\nB 2 3\n\n", "Illegal amino acid character: \n"},
       {"2\nA B\nA 1\n# x\nB 2 3\n\n", "Illegal amino acid character: # x\n"},
-      {"2\nA B\nA 1\n#remark\nB 2 3\n\n", "Illegal amino acid label length: #remark\n"},
       {"2\n\n# only remarks\n", "Unexpected EOF, no amino acid label line found"},
-      {"2\n   A  B\n", "Unexpected EOF at:    A  B\n, count = 0"},
       // After a row, the buffer holds that row up to its label.
       {"3\nA B C\nA 1\nB 2 3\n", "Unexpected EOF at: B, count = 2"},
       // A remark longer than a line read: its tail is taken for the label line,
