@@ -194,7 +194,6 @@ TEST_F(BatchTest, FatalPathsOfTheDriver) {
   dir_.write("structs.txt", ">A x\n" + lines_of('G', 4000) + std::string(4100, 'H') + "\n");
   dir_.write("anchors.txt", ">A x\n" + lines_of('G', 4000) + lines_of('*', 4001));
   dir_.write("binary", bytes);
-  dir_.write("junk", bytes.substr(0, '>') + "\n");
   // Two compressed PIR records of "ACD": the newline the reader pushes back
   // makes the read after the last one a failed read, not the end of the file.
   dir_.write("two.pirc",
@@ -240,7 +239,6 @@ TEST_F(BatchTest, FatalPathsOfTheDriver) {
       // The code runs from the byte behind the first '>' to the zero byte.
       {{{"DATA_FILE", "binary"}},
        error_frame(1, "read_seq_id_str", "Sequence ID code too long at: " + bytes.substr('>' + 1, 256 - '>' - 1))},
-      {{{"DATA_FILE", "junk"}}, too_few(0)},
       // A value out of bounds, a report that cannot be created.
       {{{"RES_LINE_LEN", "2"}},
        error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:RES_LINE_LEN' Lower bound exceeded: 2 < 3\n")},

@@ -5,7 +5,6 @@
 #include "shell/text_input.hpp"
 #include "support/test_support.hpp"
 
-using testsupport::error_frame;
 using testsupport::stream_of;
 using testsupport::TempDir;
 
@@ -45,13 +44,6 @@ TEST(ReadSeq, TypedSequenceGetsFillersAndNumbering) {
   EXPECT_EQ(record.hasSRes, 0);
   ASSERT_EQ(record.resNums.size(), 4000u);
   EXPECT_EQ(record.resNums[4], 4);
-}
-
-TEST(ReadSeqDeathTest, IllegalFormatCodes) {
-  SeqRecord record;
-  for (int format : {0, 7, -1})
-    EXPECT_FATAL_OUTPUT(read_seq(stdin, stdout, record, format, 3, 4000),
-                        error_frame(1, "read_seq", "Illegal sequence format: " + std::to_string(format) + "\n"));
 }
 
 TEST(MreadSeq, AFullTableStillGetsOneRead) {
