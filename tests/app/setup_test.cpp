@@ -145,8 +145,6 @@ TEST(Setup, OptionsAndTheTemporaryParameterFile) {
        read_golden("setup/selection_two.txt"), "out.txt"},
       // -i twice: the first wins. "-o -d x": the output is named "-d", the data x.
       {"-i first.parms -i second.parms -o -d x", "1\n4\n", "setup/parms_tmp_first.txt", "data name = x\n", "-d"},
-      // A value option as the last word leaves its name to be typed.
-      {"-i first.parms -d", "1\nx\n4\n", nullptr, dataPrompt, nullptr},
       // A name far longer than a file name can be is simply not found.
       {"-i first.parms -d " + std::string(300, 'n'), "1\nx\n4\nout.txt\n", nullptr, dataPrompt, nullptr},
   };
