@@ -13,6 +13,7 @@
 // (C,A), (B,A), (C,B). The multiple alignment is always
 //   A "ACDEFGHIKLMN ", C " CDEFGHIKLMNP", B "ACDEF HIKLMN "
 // whatever the order: overlap columns 2-12, homology 155 of 165 = 93.94.
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using ::testing::HasSubstr;
 using testsupport::error_frame;
 using testsupport::read_golden;
@@ -134,13 +136,17 @@ TEST_F(BatchTest, MolvaneInputGetsDefaultIdsFromTheOrder) {
 
 // PIR input (no structure, no groups): ACDEFGHIKL against ACDEFHIKL, 45 of 50.
 // SEQ_SELECT 4 is input order for two sequences; the print flags still ask
-// for the pair.
+// for the pair. The lower-case residue of the third entry ends the reading
+// there without a word.
 TEST_F(BatchTest, PirInputRunsThroughTheDriver) {
   dir_.write("seqs.pir",
+             "\\\\\\ a database header line\n"
              "ENTRY           PA1       #type complete\nTITLE           first pir entry\nSEQUENCE\n"
              "                5        10\n      1 A C D E F G H I K L\n///\n"
              "ENTRY           PA2       #type complete\nTITLE           second pir entry\nSEQUENCE\n"
-             "                5        10\n      1 A C D E F H I K L\n///\n");
+             "                5        10\n      1 A C D E F H I K L\n///\n"
+             "ENTRY           PA3       #type complete\nTITLE           third\nSEQUENCE\n"
+             "                5        10\n      1 A C D E F G H i K L\n///\n");
   const RunResult result = run({{"DATA_FORMAT", "1"}, {"DATA_FILE", "seqs.pir"}, {"PRINT_FORMAT", "1"}});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, "\nNumber of sequences to align: 2\nProcessing pairwise alignments\n." + kMultDone);
@@ -161,11 +167,10 @@ std::string too_few(int count) {
          error_frame(1, "mget_seqs", "Must have 2 or more sequences to align.");
 }
 
-// 1800 residues A against 1800 D, which score nothing against them: no path
-// start, so the alignment would be 3600 columns long.
-std::string lines_of_60(char residue) {
+// count residues of one kind, in lines of 60.
+std::string lines_of(char residue, int count) {
   std::string text;
-  for (int line = 0; line < 30; ++line) text += std::string(60, residue) + "\n";
+  for (; count > 0; count -= 60) text += std::string(static_cast<std::size_t>(std::min(count, 60)), residue) + "\n";
   return text;
 }
 
@@ -178,8 +183,24 @@ TEST_F(BatchTest, FatalPathsOfTheDriver) {
   dir_.write("nosize.wts", std::string(weights).replace(weights.find("KEY:GAP_PEN_SIZE"), 3, "XYZ"));
   dir_.write("nosmat.wts", weights.substr(0, weights.find("KEY:WT_SMAT")));
   dir_.write("one.txt", ">ONLY one sequence\nACDEF\n");
-  dir_.write("long.txt", ">LONGA\n" + lines_of_60('A') + "\n>LONGD\n" + lines_of_60('D'));
+  // 1800 residues A against 1800 D, which score nothing against them: no
+  // path start, so the alignment would be 3600 columns long.
+  dir_.write("long.txt", ">LONGA\n" + lines_of('A', 1800) + "\n>LONGD\n" + lines_of('D', 1800));
   dir_.write("empty", "");
+  // Inputs past the reader's limits, and bytes of every value.
+  std::string bytes;
+  for (int k = 0; k < 512; ++k) bytes.push_back(static_cast<char>(k));
+  dir_.write("wide.txt", ">A x\n" + std::string(10000, 'A') + "\n");
+  dir_.write("structs.txt", ">A x\n" + lines_of('G', 4000) + std::string(4100, 'H') + "\n");
+  dir_.write("anchors.txt", ">A x\n" + lines_of('G', 4000) + lines_of('*', 4001));
+  dir_.write("binary", bytes);
+  // Two compressed PIR records of "ACD": the newline the reader pushes back
+  // makes the read after the last one a failed read, not the end of the file.
+  dir_.write("two.pirc",
+             "\n\0\0\x03\0\x02\x40\x0C"
+             "one~A1~\n\0\0\x03\0\x02\x40\x0C"
+             "two~A2~"s);
+  const std::string tooMany = "Sequence has > 4000 amino acids";
   const struct {
     Keys changes;
     std::string out;
@@ -205,9 +226,19 @@ TEST_F(BatchTest, FatalPathsOfTheDriver) {
       {{{"DATA_FILE", "empty"}, {"DATA_FORMAT", "2"}},
        error_frame(1, "read_seq_sprot", "Not supporting swiss-prot at this time\n")},
       {{{"DATA_FILE", "empty"}, {"DATA_FORMAT", "4"}}, too_few(0)},
-      {{{"DATA_FILE", "absent.txt"}}, error_frame(1, "mget_seqs", "Cannot open data file: absent.txt")},
+      {{{"DATA_FILE", "two.pirc"}, {"DATA_FORMAT", "4"}},
+       error_frame(1, "mget_seqs", "Cannot continue alignment until errors fixed...")},
+      {{{"DATA_FILE", std::string(300, 'f')}},
+       error_frame(1, "mget_seqs", "Cannot open data file: " + std::string(300, 'f'))},
       {{{"DATA_FILE", ""}}, error_frame(1, "mget_seqs", "Cannot open data file: ")},
       {{{"DATA_FILE", "one.txt"}}, too_few(1)},
+      {{{"DATA_FILE", "wide.txt"}}, error_frame(1, "read_seq_data", tooMany)},
+      {{{"DATA_FILE", "structs.txt"}},
+       error_frame(1, "store_seq_data", "Primary/secondary structures do not line up.")},
+      {{{"DATA_FILE", "anchors.txt"}}, error_frame(1, "store_seq_data", "Primary/anchor symbols do not line up.")},
+      // The code runs from the byte behind the first '>' to the zero byte.
+      {{{"DATA_FILE", "binary"}},
+       error_frame(1, "read_seq_id_str", "Sequence ID code too long at: " + bytes.substr('>' + 1, 256 - '>' - 1))},
       // A value out of bounds, a report that cannot be created.
       {{{"RES_LINE_LEN", "2"}},
        error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:RES_LINE_LEN' Lower bound exceeded: 2 < 3\n")},

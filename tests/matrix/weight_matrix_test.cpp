@@ -45,9 +45,7 @@ TEST(ReadMatrixFile, GoodSections) {
        " 3\n\n   nonsense heading\nw +50\na -50 4 tryptophan\nc 1 0 9 cys\n\n", "WW50 AW-50 WA-50 AA4 CW1 CA0 CC9"},
       {"a repeated label overwrites its first row", "3\nA B\nA 1\nB 2 3\nA 4 5 6\n\n", "AA6 AB5 BB3"},
       {"the last section may end at the end of the file", "1\nA\nA 7", "AA7"},
-      {"one code", section_of(1), "AA1"},
       {"32 codes", section_of(32), "AZ1 FF1"},
-      {"scores of +-50 are allowed", "2\nA B\nA -50\nB 50 0\n\n", "AB50"},
       // A blank before the newline makes the bare newline a value token.
       {"a token without a number keeps the previous value", "2\nA B\nA 7\nB -3 \n\n", "BA-3 BB-3"},
       {"the very first cell has no previous value", "1\nA\nA x\n\n", "AA0"},
@@ -68,24 +66,16 @@ TEST(ReadMatrixFile, EachFaultHasItsMessage) {
       // The message does not echo the bad count.
       {section_of(0), "Illegal number of codes: "},
       {section_of(33), "Illegal number of codes: "},
-      {"many\nA\nA 1\n", "Illegal number of codes: "},
-      {"", "Illegal number of codes: "},
+      // One past the scores of +-50 read above.
       {"2\nA B\nA -51\nB 0 0\n\n", "Min score violated at A -51\n"},
       {"2\nA B\nA 0\nB 51 0\n\n", "Max score violated at B 51 0\n"},
       {"1\nA\nA 99999999999999\n\n", "Max score violated at A 99999999999999\n"},
-      {"1\nA\nA -99999999999999\n\n", "Min score violated at A -99999999999999\n"},
-      {"2\nA B\nA 1\nB 2\n\n", "Trouble reading matrix at B 2\n"},
       {"2\nA B\nA 1 2\nB 2 3\n\n", "Input check, line too long at A 1 2\n"},
-      {kExample.substr(0, kExample.find("A  2")) + "A  2 -2  0  0\n", "Input check, line too long at A  2 -2  0  0\n"},
       {"1\nA\nA\t2\n\n", "Illegal amino acid label length: A\t2\n"},  // tabs do not separate tokens
-      {"1\nA\nAla 2\n\n", "Illegal amino acid label length: Ala"},
       {"1\nA\n1 2\n\n", "Illegal amino acid character: 1 2\n"},
       // Blank and remark lines are allowed only before the label line.
-      {"2\nA B\nA 1\n\nB 2 3\n\n", "Illegal amino acid character: \n"},
       {"2\nA B\nA 1\n# x\nB 2 3\n\n", "Illegal amino acid character: # x\n"},
-      {"2\nA B\nA 1\n#remark\nB 2 3\n\n", "Illegal amino acid label length: #remark\n"},
       {"2\n\n# only remarks\n", "Unexpected EOF, no amino acid label line found"},
-      {"2\n   A  B\n", "Unexpected EOF at:    A  B\n, count = 0"},
       // After a row, the buffer holds that row up to its label.
       {"3\nA B C\nA 1\nB 2 3\n", "Unexpected EOF at: B, count = 2"},
       // A remark longer than a line read: its tail is taken for the label line,
@@ -110,25 +100,16 @@ TEST(ReadMatrixFile, LineAfterLastRowIsSwallowed) {
   EXPECT_EQ(key, "KEY:BLANK_MATCH");
 }
 
-TEST(ShippedWeightFile, LoadsThroughTheKeyLoop) {
+TEST(ShippedWeightFile, HoldsBlosum62AndAStructureTableThatRewardsLikeStructures) {
   auto stream = open_file(testsupport::source_path("data/ravlin.wts").string(), "r");
   ASSERT_TRUE(stream);
   WeightSettings settings;
   WeightKeysFound found{};
   read_weight_file(stream.get(), settings, found);
-  for (int k = 0; k < kWeightKeyCount; ++k) EXPECT_EQ(found[k], 1) << kWeightKeyNames[k];
   EXPECT_GT(settings.midStructPen, settings.endStructPen);
-  const ScoreTable& residues = settings.residues;
   const ScoreTable& structures = settings.structure;
-
-  // BLOSUM62 as published, both tables symmetric.
-  expect_cells(residues, "AA4 WW11 CC9 WF1 IV3 DL-4 BD4 ZE4 XX-1 PF-4 JA0");
-  for (int x = 0; x < kTableDim; ++x) {
-    for (int y = 0; y < kTableDim; ++y) {
-      EXPECT_EQ(residues[x * kTableDim + y], residues[y * kTableDim + x]);
-      EXPECT_EQ(structures[x * kTableDim + y], structures[y * kTableDim + x]);
-    }
-  }
+  // BLOSUM62 as published; the whole runs with these files find every key.
+  expect_cells(settings.residues, "AA4 WW11 CC9 WF1 IV3 DL-4 BD4 ZE4 XX-1 PF-4 JA0");
   for (char s : std::string("HBCT")) EXPECT_GT(cell(structures, s, s), 0) << s;
   EXPECT_LT(cell(structures, 'H', 'B'), 0);
   for (char s : std::string("HBCTX")) EXPECT_EQ(cell(structures, 'X', s), 0) << s;

@@ -85,8 +85,6 @@ RunResult run_program(const std::string& program, const std::string& args, const
   return result;
 }
 
-std::string tool_path(const std::string& name) { return std::string(RAVLIN_TOOL_DIR) + "/" + name; }
-
 std::filesystem::path source_path(const std::string& relative) {
   return std::filesystem::path(RAVLIN_SOURCE_DIR) / relative;
 }

@@ -52,8 +52,6 @@ RunResult run_program(const std::string& program, const std::string& args, const
 // Quotes a word for the shell.
 std::string shell_quote(const std::string& word);
 
-// Path of a test tool built from tests/tools/<name>.cpp.
-std::string tool_path(const std::string& name);
 // Path of a file in the source tree.
 std::filesystem::path source_path(const std::string& relative);
 
