@@ -130,8 +130,27 @@ void note(const std::string& text) {
 
 // ---- settings ----
 
-constexpr const char* kShippedParms = "ravlin.parms";
-constexpr const char* kShippedWeights = "ravlin.wts";
+// The shipped settings come in sets tuned for how much of the input carries
+// structure; a set missing from data/ falls back to ravlin.parms and ravlin.wts.
+struct ShippedSet {
+  std::string parms;
+  std::string weights;
+  std::string why;
+};
+
+std::string shipped_or_default(const std::string& name, const char* fallback) {
+  return shipped_file(name).empty() ? fallback : name;
+}
+
+ShippedSet shipped_set(int withStructure, int seqs) {
+  const std::string coverage = withStructure == 0 ? "none" : withStructure == seqs ? "all" : "some";
+  const std::string why = withStructure == 0      ? "no sequence has structure"
+                          : withStructure == seqs ? "every sequence has structure"
+                                                  : std::to_string(withStructure) + " of " + std::to_string(seqs) +
+                                                        " sequences have structure";
+  return {shipped_or_default("ravlin-" + coverage + ".parms", "ravlin.parms"),
+          shipped_or_default("ravlin-" + coverage + ".wts", "ravlin.wts"), why};
+}
 
 UniqueFile open_text(std::string_view text) {
   // fmemopen wants a writable buffer only for writing; reading leaves it be.
@@ -144,19 +163,28 @@ UniqueFile open_user_file(const std::string& path, const char* what) {
   return file;
 }
 
+int seqs_with_structure() {
+  int count = 0;
+  for (int k = 0; k < multAlignNum; ++k) count += mySeq[static_cast<std::size_t>(k)].hasSRes == 1 ? 1 : 0;
+  return count;
+}
+
 void read_settings(const AlignOptions& options) {
+  const ShippedSet set = shipped_set(seqs_with_structure(), multAlignNum);
   UniqueFile weights;
-  WeightSource source{nullptr, kShippedWeights};
+  WeightSource source{nullptr, set.weights};
   if (!options.weightsFile.empty()) {
     weights = open_user_file(options.weightsFile, "weight file");
     source = {weights.get(), options.weightsFile};
   } else if (options.paramsFile.empty()) {
-    weights = open_text(shipped_file(kShippedWeights));
+    weights = open_text(shipped_file(set.weights));
     source.stream = weights.get();
   }
-  UniqueFile parms = options.paramsFile.empty() ? open_text(shipped_file(kShippedParms))
+  if (options.paramsFile.empty() && options.weightsFile.empty())
+    note("shipped settings " + set.parms + " and " + set.weights + ": " + set.why);
+  UniqueFile parms = options.paramsFile.empty() ? open_text(shipped_file(set.parms))
                                                 : open_user_file(options.paramsFile, "parameter file");
-  errorContext = options.paramsFile.empty() ? "shipped " + std::string(kShippedParms) : options.paramsFile;
+  errorContext = options.paramsFile.empty() ? "shipped " + set.parms : options.paramsFile;
   read_run_settings(parms.get(), source.stream != nullptr ? &source : nullptr);
   errorContext.clear();
 }
