@@ -1,0 +1,263 @@
+#!/usr/bin/env python3
+"""Searches ravlin's defaults (residue table, gap and structure penalties,
+structure table, blank-match value, structure bias, gap growth) for the best
+mean sum-of-pairs score on the training half of reference sets.
+
+    nice bench/search_defaults.py DATA_DIR MATRIX_DIR --bin build/apps/ravlin-batch \\
+        --target all|some|none --budget SECONDS --log bench/search_defaults.log \\
+        --out data/ravlin-struct.wts [--start START.json]
+
+DATA_DIR is laid out as for bench/accuracy/accuracy.py. MATRIX_DIR holds
+substitution matrices in the NCBI layout under their usual names (BLOSUM62,
+PAM250, ...); Debian's python3-biopython installs a set of them in
+/usr/lib/python3/dist-packages/Bio/Align/substitution_matrices/data.
+
+Targets: "all" tunes for inputs where every sequence carries structure
+(HOMSTRAD and RV11 with structure), "some" for inputs where only some do
+(RV12 with structure), "none" for inputs without structure (HOMSTRAD, RV11
+and RV12 without). The objective is the mean over those sets of each set's
+mean SP, a refused case counting 0, on the cases at even positions of each
+set's sorted list only; the odd ones are never looked at here.
+
+The search is a coordinate descent from a start point: each parameter in
+turn is moved by its step in both directions while that improves the
+objective; when a whole round brings nothing the steps are halved. Every
+evaluation is one line of the log (JSON), so a run can be followed and
+repeated. The search is deterministic: same data, same program, same
+result.
+"""
+import argparse
+import json
+import os
+import statistics
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "accuracy"))
+from accuracy import Options, evaluate, summarise  # noqa: E402
+
+LETTERS = "ARNDCQEGHILKMFPSTWYVBZX"
+CORE_LETTERS = "ARNDCQEGHILKMFPSTWYV"
+MATRICES = ["BLOSUM62", "BLOSUM45", "BLOSUM50", "BLOSUM80", "PAM250", "GONNET1992"]
+TABLE_SCALE = 3.0  # BLOSUM62 (half bits) times 3: sixth-bit units, fine enough for integer gaps
+
+TARGETS = {
+    "all": [("homstrad", True), ("balibase3/RV11", True)],
+    "some": [("balibase3/RV12", True)],
+    "none": [("homstrad", False), ("balibase3/RV11", False), ("balibase3/RV12", False)],
+}
+
+# name: (low, high, first step); all in the units of the written file
+BOUNDS = {
+    "shift": (-30, 30, 6),
+    "gap_open": (0, 500, 12),
+    "gap_ext": (0, 50, 2),
+    "mid_struct": (0, 500, 12),
+    "end_struct": (0, 500, 6),
+    "blank_match": (0, 500, 4),
+    "struct_bias": (-100, 100, 10),
+    "inc_gap": (0, 100, 20),
+    "ss_hh": (-50, 50, 6),
+    "ss_bb": (-50, 50, 6),
+    "ss_cc": (-50, 50, 3),
+    "ss_tt": (-50, 50, 3),
+    "ss_hb": (-50, 50, 6),
+    "ss_sl": (-50, 50, 3),
+    "ss_ct": (-50, 50, 3),
+}
+STRUCTURE_PARAMS = ["mid_struct", "end_struct", "struct_bias", "ss_hh", "ss_bb", "ss_cc",
+                    "ss_tt", "ss_hb", "ss_sl", "ss_ct"]
+
+START = {
+    "matrix": "BLOSUM62", "shift": 12, "gap_open": 60, "gap_ext": 6, "mid_struct": 30,
+    "end_struct": 12, "blank_match": 0, "struct_bias": 10, "inc_gap": 10,
+    "ss_hh": 9, "ss_bb": 9, "ss_cc": 3, "ss_tt": 3, "ss_hb": -9, "ss_sl": -3, "ss_ct": 0,
+}
+
+
+# matrices -------------------------------------------------------------------
+
+def read_ncbi_matrix(path):
+    """{(a, b): value} of an NCBI-layout matrix file."""
+    rows = [line.split() for line in open(path) if line.strip() and not line.startswith("#")]
+    header = rows[0]
+    table = {}
+    for row in rows[1:]:
+        for col, value in zip(header, row[1:]):
+            table[(row[0], col)] = float(value)
+    return table
+
+
+def scaled_table(matrix_dir, name, shift):
+    """The residue table in file units: the matrix scaled to BLOSUM62's
+    spread times TABLE_SCALE, rounded, plus shift, held within -50..50."""
+    blosum = read_ncbi_matrix(os.path.join(matrix_dir, "BLOSUM62"))
+    matrix = read_ncbi_matrix(os.path.join(matrix_dir, name))
+
+    def spread(m):
+        return statistics.pstdev(m[(a, b)] for a in CORE_LETTERS for b in CORE_LETTERS)
+
+    factor = TABLE_SCALE * spread(blosum) / spread(matrix)
+    table = {}
+    for a in LETTERS:
+        for b in LETTERS:
+            if (a, b) in matrix:
+                value = int(round(matrix[(a, b)] * factor)) + shift
+                table[(a, b)] = max(-50, min(50, value))
+    return table, factor
+
+
+# weight files ---------------------------------------------------------------
+
+def weight_file_text(point, matrix_dir, notes=()):
+    table, factor = scaled_table(matrix_dir, point["matrix"], point["shift"])
+    letters = [a for a in LETTERS if (a, a) in table]
+    out = ["# " + line if line else "#" for line in notes]
+    out += [
+        "KEY:GAP_PEN %d" % point["gap_open"],
+        "KEY:GAP_PEN_SIZE %d" % point["gap_ext"],
+        "KEY:MID_GAP_PEN %d" % point["mid_struct"],
+        "KEY:END_GAP_PEN %d" % point["end_struct"],
+        # a pair as close as a +1 of the source matrix is shown as similar
+        "KEY:NEAR_MATCH %d" % max(-50, min(50, int(round(factor)) + point["shift"])),
+        "KEY:BLANK_MATCH %d" % point["blank_match"],
+        "",
+        "# %s times %.3f, rounded, plus %d in every cell." % (
+            point["matrix"], factor, point["shift"]),
+        "KEY:WT_PMAT %d" % len(letters),
+        "   " + "".join("%4s" % a for a in letters),
+    ]
+    for i, a in enumerate(letters):
+        out.append(a + "  " + "".join("%4d" % table[(a, b)] for b in letters[:i + 1]))
+    out += ["", "KEY:WT_SMAT 5", "   H   B   C   T   X"]
+    ss = ss_table(point)
+    codes = "HBCTX"
+    for i, a in enumerate(codes):
+        out.append(a + "  " + "".join("%4d" % ss[(a, b)] for b in codes[:i + 1]))
+    out.append("")
+    return "\n".join(out) + "\n"
+
+
+def ss_table(point):
+    """Structure table from its few free values: like states, helix against
+    strand, a structured state against a loop state, coil against turn; X
+    (unknown) is neutral."""
+    values = {("H", "H"): point["ss_hh"], ("B", "B"): point["ss_bb"],
+              ("C", "C"): point["ss_cc"], ("T", "T"): point["ss_tt"],
+              ("B", "H"): point["ss_hb"], ("C", "H"): point["ss_sl"],
+              ("T", "H"): point["ss_sl"], ("C", "B"): point["ss_sl"],
+              ("T", "B"): point["ss_sl"], ("T", "C"): point["ss_ct"]}
+    table = {}
+    for a in "HBCTX":
+        for b in "HBCTX":
+            table[(a, b)] = values.get((a, b), values.get((b, a), 0))
+    return table
+
+
+# search ---------------------------------------------------------------------
+
+class Search:
+    def __init__(self, args):
+        self.args = args
+        self.cache = {}
+        self.started = time.time()
+        self.log = open(args.log, "a")
+        self.sets = TARGETS[args.target]
+        self.params = [p for p in BOUNDS
+                       if args.target != "none" or p not in STRUCTURE_PARAMS]
+
+    def out_of_time(self):
+        return time.time() - self.started > self.args.budget
+
+    def score(self, point):
+        key = json.dumps(point, sort_keys=True)
+        if key in self.cache:
+            return self.cache[key]
+        with tempfile.TemporaryDirectory(prefix="ravlin-search-") as tmp:
+            weights = os.path.join(tmp, "search.wts")
+            with open(weights, "w") as out:
+                out.write(weight_file_text(point, self.args.matrix_dir))
+            opts = Options(binary=self.args.bin, weights=weights,
+                           struct_bias=point["struct_bias"], inc_gap_pen=point["inc_gap"])
+            per_set = {}
+            for set_name, with_structure in self.sets:
+                results = evaluate(self.args.data_dir, set_name, with_structure, "train",
+                                   "ravlin-batch", opts)
+                per_set["%s/%s" % (set_name, "with" if with_structure else "without")] = \
+                    round(summarise(results)["sp_all"], 4)
+        value = round(sum(per_set.values()) / len(per_set), 4)
+        self.cache[key] = value
+        self.log.write(json.dumps({"target": self.args.target, "objective": value,
+                                   "sets": per_set, "point": point,
+                                   "seconds": round(time.time() - self.started)}) + "\n")
+        self.log.flush()
+        return value
+
+    def run(self, start):
+        best = dict(start)
+        best_value = self.score(best)
+        steps = {p: BOUNDS[p][2] for p in self.params}
+        while not self.out_of_time():
+            improved = False
+            for name in ["matrix"] + self.params:
+                if self.out_of_time():
+                    break
+                if name == "matrix":
+                    candidates = [dict(best, matrix=m) for m in MATRICES if m != best["matrix"]]
+                    for point in candidates:
+                        value = self.score(point)
+                        if value > best_value:
+                            best, best_value, improved = point, value, True
+                    continue
+                for direction in (1, -1):
+                    while not self.out_of_time():
+                        low, high, _ = BOUNDS[name]
+                        moved = max(low, min(high, best[name] + direction * steps[name]))
+                        if moved == best[name]:
+                            break
+                        point = dict(best, **{name: moved})
+                        value = self.score(point)
+                        if value <= best_value:
+                            break
+                        best, best_value, improved = point, value, True
+            self.log.write(json.dumps({"target": self.args.target, "round_best": best_value,
+                                       "point": best, "steps": steps}) + "\n")
+            self.log.flush()
+            if not improved:
+                if all(step == 1 for step in steps.values()):
+                    break
+                steps = {p: max(1, s // 2) for p, s in steps.items()}
+        return best, best_value
+
+
+def parse_args(argv):
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
+    parser.add_argument("data_dir")
+    parser.add_argument("matrix_dir")
+    parser.add_argument("--bin", required=True, help="ravlin-batch to run")
+    parser.add_argument("--target", choices=sorted(TARGETS), required=True)
+    parser.add_argument("--budget", type=float, default=1800, help="seconds to search")
+    parser.add_argument("--log", required=True)
+    parser.add_argument("--out", help="weight file to write with the best point")
+    parser.add_argument("--start", help="JSON file with the start point (default built in)")
+    return parser.parse_args(argv)
+
+
+def main(argv):
+    args = parse_args(argv)
+    args.bin = os.path.abspath(args.bin)
+    start = dict(START)
+    if args.start:
+        with open(args.start) as stream:
+            start.update(json.load(stream))
+    best, value = Search(args).run(start)
+    print(json.dumps({"target": args.target, "objective": value, "point": best}))
+    if args.out:
+        with open(args.out, "w") as out:
+            out.write(weight_file_text(best, args.matrix_dir))
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
