@@ -21,7 +21,10 @@ set's sorted list only; the odd ones are never looked at here.
 
 The search is a coordinate descent from a start point: each parameter in
 turn is moved by its step in both directions while that improves the
-objective; when a whole round brings nothing the steps are halved. Every
+objective; when a whole round brings nothing the steps are halved. Once
+it settles, the best point is kicked (three parameters moved at random,
+sometimes another matrix; fixed seed) and the descent starts again from
+there, until the time budget is spent. Every
 evaluation is one line of the log (JSON), so a run can be followed and
 repeated. The search is deterministic: same data, same program, same
 result.
@@ -29,6 +32,7 @@ result.
 import argparse
 import json
 import os
+import random
 import statistics
 import sys
 import tempfile
@@ -195,9 +199,26 @@ class Search:
         return value
 
     def run(self, start):
-        best = dict(start)
+        """Descends from start; once settled, kicks the best point (a few
+        parameters moved at random, fixed seed) and descends again, keeping
+        the best, until the budget is spent."""
+        best, best_value = self.descend(dict(start), {p: BOUNDS[p][2] for p in self.params})
+        kicks = random.Random(12)
+        while not self.out_of_time():
+            point = dict(best)
+            for name in kicks.sample(self.params, 3):
+                low, high, step = BOUNDS[name]
+                point[name] = max(low, min(high, point[name] + kicks.choice([-2, -1, 1, 2]) * step))
+            if kicks.random() < 0.3:
+                point["matrix"] = kicks.choice(MATRICES)
+            self.log.write(json.dumps({"target": self.args.target, "kick": point}) + "\n")
+            found, value = self.descend(point, {p: max(1, BOUNDS[p][2] // 2) for p in self.params})
+            if value > best_value:
+                best, best_value = found, value
+        return best, best_value
+
+    def descend(self, best, steps):
         best_value = self.score(best)
-        steps = {p: BOUNDS[p][2] for p in self.params}
         while not self.out_of_time():
             improved = False
             for name in ["matrix"] + self.params:

@@ -140,6 +140,10 @@ def parse_args(argv):
     parser.add_argument("--weights-none", help="weight file for cases without structure")
     parser.add_argument("--struct-bias", type=int, default=10)
     parser.add_argument("--inc-gap-pen", type=int, default=5)
+    parser.add_argument("--use", action="append", default=[], metavar="COVERAGE=WTS:BIAS:INC",
+                        help="for ravlin-batch: inputs whose sequences carry structure all, some "
+                        "or none use this weight file, structure bias and gap growth; overrides "
+                        "the three options above (may be repeated)")
     parser.add_argument("--params", help="parameter file passed to ravlin-align")
     parser.add_argument("--cases", help="comma-separated case names to run (default all)")
     parser.add_argument("--jobs", type=int, default=1, help="cases aligned at once")
@@ -158,7 +162,8 @@ def main(argv):
         weights = os.path.join(REPO, "data", "ravlin.wts")
     opts = Options(binary=args.bin, weights=weights, weights_some=args.weights_some,
                    weights_none=args.weights_none, struct_bias=args.struct_bias,
-                   inc_gap_pen=args.inc_gap_pen, params=args.params)
+                   inc_gap_pen=args.inc_gap_pen, params=args.params,
+                   settings=parse_settings(args.use))
     conditions = {"with": [True], "without": [False], "both": [True, False]}[args.structure]
     cases = set(args.cases.split(",")) if args.cases else None
     tsv = open(args.tsv, "w") if args.tsv else None
@@ -191,6 +196,17 @@ def main(argv):
     if tsv:
         tsv.close()
     return 0
+
+
+def parse_settings(uses):
+    settings = {}
+    for use in uses:
+        coverage, _, rest = use.partition("=")
+        weights, bias, inc = rest.rsplit(":", 2)
+        if coverage not in ("all", "some", "none"):
+            sys.exit("accuracy.py: --use wants all=, some= or none=, not %s" % use)
+        settings[coverage] = (os.path.abspath(weights), int(bias), int(inc))
+    return settings
 
 
 def fmt(value):
