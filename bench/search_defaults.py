@@ -115,26 +115,58 @@ def scaled_table(matrix_dir, name, shift):
 # weight files ---------------------------------------------------------------
 
 def weight_file_text(point, matrix_dir, notes=()):
+    """A weight file for point; notes (lines of text) open it."""
     table, factor = scaled_table(matrix_dir, point["matrix"], point["shift"])
     letters = [a for a in LETTERS if (a, a) in table]
+    near = max(-50, min(50, int(round(factor)) + point["shift"]))
     out = ["# " + line if line else "#" for line in notes]
     out += [
+        "",
+        "# Gap opening penalty, charged once for every gap, in the units of the",
+        "# residue table below (a sixth of a bit).",
         "KEY:GAP_PEN %d" % point["gap_open"],
+        "",
+        "# Gap length penalty, charged for every position a gap spans.",
         "KEY:GAP_PEN_SIZE %d" % point["gap_ext"],
+        "",
+        "# Extra charge for a gap inside a helix (H) or strand (B), and for one at",
+        "# the first or last residue of a helix or strand. In a multiple alignment",
+        "# they are summed over the members that carry structure.",
         "KEY:MID_GAP_PEN %d" % point["mid_struct"],
         "KEY:END_GAP_PEN %d" % point["end_struct"],
-        # a pair as close as a +1 of the source matrix is shown as similar
-        "KEY:NEAR_MATCH %d" % max(-50, min(50, int(round(factor)) + point["shift"])),
+        "",
+        "# Lowest residue score shown as a similar pair on the match line: the",
+        "# table's value for a score of +1 in %s. It does not change alignments." %
+        point["matrix"],
+        "KEY:NEAR_MATCH %d" % near,
+        "",
+        "# Score of a residue against a gap column of the growing alignment. Every",
+        "# residue pair below scores more than this unless it is a clear mismatch,",
+        "# so residues join the columns of their kind rather than the gaps.",
         "KEY:BLANK_MATCH %d" % point["blank_match"],
         "",
-        "# %s times %.3f, rounded, plus %d in every cell." % (
-            point["matrix"], factor, point["shift"]),
+        "# Residue score table: %s scaled by %.3f (to %s's" % (
+            point["matrix"], factor, "three times BLOSUM62"),
+        "# spread of values), rounded, plus %d in every cell. The added constant" %
+        point["shift"],
+        "# makes an aligned pair worth more than a residue against a gap, and",
+        "# keeps the free end gaps from pulling sequences apart at their ends.",
         "KEY:WT_PMAT %d" % len(letters),
+        "# Lower triangle: each row holds its letter's scores against the rows",
+        "# above it and itself. The line after the last row is skipped, so it",
+        "# must stay blank.",
         "   " + "".join("%4s" % a for a in letters),
     ]
     for i, a in enumerate(letters):
         out.append(a + "  " + "".join("%4d" % table[(a, b)] for b in letters[:i + 1]))
-    out += ["", "KEY:WT_SMAT 5", "   H   B   C   T   X"]
+    out += [
+        "",
+        "# Secondary structure score table, added to the residue score where both",
+        "# sides carry a structure: H helix, B strand, C coil, T turn, X unknown",
+        "# (neutral).",
+        "KEY:WT_SMAT 5",
+        "# Lower triangle, as above; the line after the last row must stay blank.",
+        "   H   B   C   T   X"]
     ss = ss_table(point)
     codes = "HBCTX"
     for i, a in enumerate(codes):
