@@ -6,6 +6,8 @@ mean sum-of-pairs score on the training half of reference sets.
     nice bench/search_defaults.py DATA_DIR MATRIX_DIR --bin build/apps/ravlin-batch \\
         --target all|some|none --budget SECONDS --log bench/search_defaults.log \\
         --out data/ravlin-struct.wts [--start START.json]
+    bench/search_defaults.py DATA_DIR MATRIX_DIR --write POINT.json --notes NOTES.txt \\
+        --out data/ravlin-struct.wts
 
 DATA_DIR is laid out as for bench/accuracy/accuracy.py. MATRIX_DIR holds
 substitution matrices in the NCBI layout under their usual names (BLOSUM62,
@@ -288,10 +290,13 @@ def parse_args(argv):
     parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("data_dir")
     parser.add_argument("matrix_dir")
-    parser.add_argument("--bin", required=True, help="ravlin-batch to run")
-    parser.add_argument("--target", choices=sorted(TARGETS), required=True)
+    parser.add_argument("--bin", help="ravlin-batch to run")
+    parser.add_argument("--target", choices=sorted(TARGETS))
+    parser.add_argument("--write", metavar="POINT.json",
+                        help="no search: write the weight file of this point to --out")
+    parser.add_argument("--notes", help="text file whose lines open the written weight file")
     parser.add_argument("--budget", type=float, default=1800, help="seconds to search")
-    parser.add_argument("--log", required=True)
+    parser.add_argument("--log")
     parser.add_argument("--out", help="weight file to write with the best point")
     parser.add_argument("--start", help="JSON file with the start point (default built in)")
     return parser.parse_args(argv)
@@ -299,6 +304,15 @@ def parse_args(argv):
 
 def main(argv):
     args = parse_args(argv)
+    notes = open(args.notes).read().splitlines() if args.notes else ()
+    if args.write:
+        with open(args.write) as stream:
+            point = dict(START, **json.load(stream))
+        with open(args.out, "w") as out:
+            out.write(weight_file_text(point, args.matrix_dir, notes))
+        return 0
+    if not (args.target and args.log):
+        sys.exit("search_defaults.py: a search needs --target and --log")
     args.bin = os.path.abspath(args.bin)
     start = dict(START)
     if args.start:
@@ -308,7 +322,7 @@ def main(argv):
     print(json.dumps({"target": args.target, "objective": value, "point": best}))
     if args.out:
         with open(args.out, "w") as out:
-            out.write(weight_file_text(best, args.matrix_dir))
+            out.write(weight_file_text(best, args.matrix_dir, notes))
     return 0
 
 
