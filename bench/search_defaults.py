@@ -125,7 +125,7 @@ def weight_file_text(point, matrix_dir, notes=()):
     out += [
         "",
         "# Gap opening penalty, charged once for every gap, in the units of the",
-        "# residue table below (a sixth of a bit).",
+        "# residue table below.",
         "KEY:GAP_PEN %d" % point["gap_open"],
         "",
         "# Gap length penalty, charged for every position a gap spans.",
