@@ -131,25 +131,21 @@ void note(const std::string& text) {
 // ---- settings ----
 
 // The shipped settings come in sets tuned for how much of the input carries
-// structure; a set missing from data/ falls back to ravlin.parms and ravlin.wts.
+// structure: ravlin.parms, then the set's own keys (later keys win), and the
+// set's weight file.
 struct ShippedSet {
-  std::string parms;
-  std::string weights;
+  std::string name;  // ravlin-<name>.parms and ravlin-<name>.wts
   std::string why;
 };
 
-std::string shipped_or_default(const std::string& name, const char* fallback) {
-  return shipped_file(name).empty() ? fallback : name;
+ShippedSet shipped_set(int withStructure, int seqs) {
+  if (withStructure == 0) return {"nostruct", "no sequence has structure"};
+  if (withStructure == seqs) return {"struct", "every sequence has structure"};
+  return {"partial", std::to_string(withStructure) + " of " + std::to_string(seqs) + " sequences have structure"};
 }
 
-ShippedSet shipped_set(int withStructure, int seqs) {
-  const std::string coverage = withStructure == 0 ? "none" : withStructure == seqs ? "all" : "some";
-  const std::string why = withStructure == 0      ? "no sequence has structure"
-                          : withStructure == seqs ? "every sequence has structure"
-                                                  : std::to_string(withStructure) + " of " + std::to_string(seqs) +
-                                                        " sequences have structure";
-  return {shipped_or_default("ravlin-" + coverage + ".parms", "ravlin.parms"),
-          shipped_or_default("ravlin-" + coverage + ".wts", "ravlin.wts"), why};
+std::string shipped_parms_text(const ShippedSet& set) {
+  return std::string(shipped_file("ravlin.parms")) + "\n" + std::string(shipped_file("ravlin-" + set.name + ".parms"));
 }
 
 UniqueFile open_text(std::string_view text) {
@@ -171,20 +167,21 @@ int seqs_with_structure() {
 
 void read_settings(const AlignOptions& options) {
   const ShippedSet set = shipped_set(seqs_with_structure(), multAlignNum);
+  const std::string weightsName = "ravlin-" + set.name + ".wts";
+  const std::string parmsText = shipped_parms_text(set);
   UniqueFile weights;
-  WeightSource source{nullptr, set.weights};
+  WeightSource source{nullptr, weightsName};
   if (!options.weightsFile.empty()) {
     weights = open_user_file(options.weightsFile, "weight file");
     source = {weights.get(), options.weightsFile};
   } else if (options.paramsFile.empty()) {
-    weights = open_text(shipped_file(set.weights));
+    weights = open_text(shipped_file(weightsName));
     source.stream = weights.get();
   }
-  if (options.paramsFile.empty() && options.weightsFile.empty())
-    note("shipped settings " + set.parms + " and " + set.weights + ": " + set.why);
-  UniqueFile parms = options.paramsFile.empty() ? open_text(shipped_file(set.parms))
-                                                : open_user_file(options.paramsFile, "parameter file");
-  errorContext = options.paramsFile.empty() ? "shipped " + set.parms : options.paramsFile;
+  if (options.paramsFile.empty()) note("shipped settings for inputs where " + set.why + " (ravlin-" + set.name + ")");
+  UniqueFile parms =
+      options.paramsFile.empty() ? open_text(parmsText) : open_user_file(options.paramsFile, "parameter file");
+  errorContext = options.paramsFile.empty() ? "shipped ravlin-" + set.name + ".parms" : options.paramsFile;
   read_run_settings(parms.get(), source.stream != nullptr ? &source : nullptr);
   errorContext.clear();
 }

@@ -230,8 +230,11 @@ std::string align_help_text() {
          "  -h, --help             show this help\n"
          "  -V, --version          print the version\n"
          "\n"
-         "Without --params and --weights the shipped settings (data/ravlin.parms and\n"
-         "data/ravlin.wts, compiled in) are used.\n"
+         "Without --params the shipped settings (compiled in from data/) are used, chosen by\n"
+         "how much of the input carries structure: ravlin-struct when every sequence has it,\n"
+         "ravlin-partial when some do, ravlin-nostruct when none do (each a weight file\n"
+         "and a few keys read after ravlin.parms, tuned on reference alignments for that\n"
+         "case); the set used and why is said on standard error.\n"
          "Exit status: 0 done, 1 an input or run error, 2 a usage error.\n"
          "Kernel: " +
          std::string(kernel_name(best_kernel())) +

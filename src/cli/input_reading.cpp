@@ -103,7 +103,7 @@ std::string guess_fasta_or_text(const std::vector<std::string_view>& lines, std:
     if (misfit == nullptr && (e.structure > 0 || e.anchors > 0)) misfit = &e;
   }
   if (misfit != nullptr)
-    note = "read as FASTA: the lines of " + misfit->id +
+    note = "read as FASTA: lines of sequence " + misfit->id +
            " made only of structure letters (B C H T X) or anchor symbols are taken as residues, since they "
            "are not as long as its residues (--informat text reads them as structure)";
   return "fasta";

@@ -60,11 +60,13 @@ std::map<std::string, AlignedRow> molvane_rows(const std::string& report) {
   return rows;
 }
 
+// The shipped parameter file with every shipped weight file, and an example.
 void copy_shipped(const TempDir& dir, const std::string& example) {
-  for (const std::string& rel : {std::string("data/ravlin.parms"), std::string("data/ravlin.wts"), example}) {
-    const auto from = testsupport::source_path(rel);
-    dir.write(from.filename().string(), testsupport::read_file(from));
-  }
+  for (const auto& entry : std::filesystem::directory_iterator(testsupport::source_path("data")))
+    if (entry.path().extension() != ".md")
+      dir.write(entry.path().filename().string(), testsupport::read_file(entry.path()));
+  dir.write(std::filesystem::path(example).filename().string(),
+            testsupport::read_file(testsupport::source_path(example)));
 }
 
 }  // namespace

@@ -133,7 +133,7 @@ TEST(AlignCommand, DegenerateInputsAlign) {
   } cases[] = {
       {"one sequence", ">only\nMKV\n", ">only\nMKV\n"},
       {"three identical", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n"},
-      // X scores below zero against itself, so nothing pairs and the ends slide apart.
+      // X scores nothing against itself, so nothing pairs and the ends slide apart.
       {"all X", ">a\nXXXX\n>b\nXXXX\n", ">a\n----XXXX\n>b\nXXXX----\n"},
   };
   for (const auto& c : cases) {
