@@ -6,29 +6,13 @@
 #include "support/test_support.hpp"
 
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 
 namespace {
 
 constexpr int M = 7;  // midPen
 constexpr int E = 3;  // endPen
 
-std::vector<std::int32_t> indices(const std::string& text) {
-  std::vector<std::int32_t> out(text.size(), -1);
-  codes_to_indices(text.data(), static_cast<int>(text.size()), out.data(), 26);
-  return out;
-}
-
 }  // namespace
-
-TEST(CodesToIndices, LettersMapToTheirOffsetEverythingElseToOther) {
-  EXPECT_THAT(indices("AZMW"), ElementsAre(0, 25, 12, 22));
-  EXPECT_THAT(indices("- *1a z@[\x80"), ElementsAreArray(std::vector<std::int32_t>(10, 26)));
-  std::vector<std::int32_t> out{-1};
-  codes_to_indices("Q", 1, out.data(), 99);
-  codes_to_indices("q", 0, out.data(), 99);  // n of 0 writes nothing
-  EXPECT_THAT(out, ElementsAre(16));
-}
 
 TEST(CalcStructScores, RunEndsDrawTheEndPenaltyInsideTheMiddlePenalty) {
   const struct {
@@ -39,7 +23,6 @@ TEST(CalcStructScores, RunEndsDrawTheEndPenaltyInsideTheMiddlePenalty) {
       {"HHHH", 1, {E, M, M, E}},
       {"CHHC", 1, {0, E, E, 0}},
       {"H", 1, {E}},
-      {"BBTBXBB", 1, {E, E, 0, E, 0, E, E}},
       // Blanks and other codes neither draw nor end a penalty.
       {" HH ", 1, {0, M, M, 0}},
       {"EHhGH", 1, {0, M, 0, 0, E}},

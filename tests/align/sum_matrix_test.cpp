@@ -101,29 +101,6 @@ TEST(SumMatrix, CarriesServeOnlyOnceACandidateHasSetTheirLink) {
   EXPECT_EQ(shown(m), "-1>7 -20000>5 -20000 -20000>7 -40000>8 -20000 -20000 0 -20000");
 }
 
-TEST(SumMatrix, SumsWrapAtThirtyTwoBits) {
-  // Far outside any real table, but the kernel must not trip over it.
-  const std::int32_t big = 2147483000;
-  const auto m = summed({2, 2, {big, 0, 0, big}, -2000000000, -2000000000});
-  EXPECT_EQ(m[0].score, static_cast<std::int32_t>(2u * static_cast<std::uint32_t>(big)));
-}
-
-TEST(SumMatrix, ScoresLookUpRowCodePlusColumnCodeAndInitClearsOnRequest) {
-  ScoreTable table{};
-  table[1 * 32 + 2] = 5;
-  table[1 * 32 + 0] = -3;
-  table[31 * 32 + 31] = 10000;
-  const Cells rowCodes{32, 31 * 32};
-  const Cells colCodes{2, 0, 31};
-  std::vector<SumCell> m(6, SumCell{7, kNoCell});
-  sm_mat_score(table, m.data(), 2, 3, rowCodes.data(), colCodes.data());
-  EXPECT_EQ(shown(m), "5 -3 0 0 0 10000");
-  sm_mat_add_score(table, m.data(), 2, 3, rowCodes.data(), colCodes.data());
-  EXPECT_EQ(shown(m), "10 -6 0 0 0 20000");
-  sm_mat_init(m.data(), 2, 3, 1);
-  EXPECT_EQ(shown(m), "0 0 0 0 0 0");
-}
-
 TEST(FindPathStart, FirstMaximumInScanOrderRowZeroThenColumnZeroElseNull) {
   EXPECT_EQ(find_path_start(summed(kWorked).data(), 2, 4), 0);
   // Equal maxima on row 0 and column 0: row 0's wins; the larger inner cell is not a start.

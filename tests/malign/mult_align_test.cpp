@@ -150,12 +150,4 @@ TEST_F(MultAlignTest, MembersAreRegappedWhereTheAlignmentGrew) {
   EXPECT_LT(text.find("Statistics\n"), text.find("Multiple Alignment\n"));
 }
 
-TEST(GrowGapPen, TruncatesAfterEachStep) {
-  std::vector<int> used;
-  for (int step = 0; step < 5; ++step) used.push_back(grow_gap_pen(10, step, 5));
-  EXPECT_EQ(used, (std::vector<int>{10, 10, 11, 11, 12}));
-  EXPECT_EQ(grow_gap_pen(3, 4, 10), 4);
-  EXPECT_EQ(grow_gap_pen(10, 7, 0), 10);
-}
-
 }  // namespace

@@ -1,5 +1,5 @@
-// Reading structure sources: each format, the state mapping, the forms of a
-// source argument and every reader's message.
+// Reading structure sources: each format, the forms of a source argument and
+// every reader's message.
 #include "structure/structure_source.hpp"
 
 #include <cstdio>
@@ -57,8 +57,9 @@ std::string with_path(std::string text, const std::string& path) {
 
 TEST(ReadStructureSource, ReadsEachFormat) {
   const std::vector<FormatCase> cases = {
+      // An existing file's name wins over the ID=FILE:CHAIN forms.
       {"FASTA-style: inner blanks are states, line-end blanks, CR and a byte-order mark are not",
-       "states.ss.fa",
+       "odd=name:1.ss.fa",
        "\xEF\xBB\xBF>seq1 a title\nHGIEB TSPC-\r\nX  \n\n>seq2\nhhec\n",
        "",
        "",
@@ -85,7 +86,7 @@ TEST(ReadStructureSource, ReadsEachFormat) {
        "",
        {{"t2", "ALIVG", "GGEE-", "{F} chain X"}}},
       {"mmCIF ranges, chain by author name", "t2.cif", kRangesCif, "w=", ":Y", {{"w", "W", "E", "{F} chain Y"}}},
-      {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "w=", ":B", {{"w", "W", "E", "{F} chain B"}}},
+      {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "", ":B", {{"t2", "W", "E", "{F} chain B"}}},
       {"PSIPRED .ss2",
        "query.ss2",
        "# PSIPRED VFORMAT (PSIPRED V4.0)\n\n   1 M C   0.998  0.001  0.002\n   2 k H   0.100  0.800  0.100\n"
@@ -118,43 +119,6 @@ TEST(ReadStructureSource, ReadsEachFormat) {
   }
 }
 
-TEST(MapStructureState, FollowsTheDsspGroups) {
-  std::string mapped;
-  for (const char raw : std::string("HGIEBTSPC- Xhgiebtspcx")) mapped += map_structure_state(raw);
-  EXPECT_EQ(mapped, "HHHBBTTCCCCXHHHBBTTCCX");
-  for (const char raw : std::string(".AQ*0\t")) EXPECT_EQ(map_structure_state(raw), 0) << raw;
-}
-
-TEST(ParseStructureSource, SplitsIdFileAndChain) {
-  TempDir dir;
-  const std::string plain = dir.write("a.dssp", "").string(), odd = dir.write("odd=name:1.fa", "").string();
-  struct Case {
-    std::string text, id, path, chain, error;
-  };
-  const std::vector<Case> cases = {
-      {plain, "", plain, "", ""},
-      {"1abc=" + plain, "1abc", plain, "", ""},
-      {"1abc=" + plain + ":B", "1abc", plain, "B", ""},
-      {plain + ":B", "", plain, "B", ""},
-      {odd, "", odd, "", ""},  // an existing file wins over the forms
-      {"=" + plain, "", "", "", "structure source '=" + plain + "': give the sequence id (one word) before '='"},
-      {"x=" + plain + ":", "", "", "",
-       "structure source 'x=" + plain + ":': give the chain after ':' or leave out the ':'"},
-      {"", "", "", "", "empty structure source: give FILE, ID=FILE or ID=FILE:CHAIN"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    StructSource source;
-    std::string error;
-    EXPECT_EQ(parse_structure_source(c.text, source, error), c.error.empty());
-    EXPECT_EQ(error, c.error);
-    if (!c.error.empty()) continue;
-    EXPECT_EQ(source.id, c.id);
-    EXPECT_EQ(source.path, c.path);
-    EXPECT_EQ(source.chain, c.chain);
-  }
-}
-
 TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
   struct Case {
     const char* fileName;
@@ -170,6 +134,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
       {"x.ss.fa", "\n>\nHH\n", "", "", "{F} line 2: a header without an id; write the sequence id after '>'"},
       {"x.ss.fa", ">a\n>b\nH\n", "", "", "{F} line 1: a has no symbols; give one per residue or remove the entry"},
       {"x.ss.fa", ">a\nH\n", "y=", "", "{F}: this file names its own sequences; give it without 'y='"},
+      {"x.ss.fa", ">a\nH\n", "=", "", "structure source '={F}': give the sequence id (one word) before '='"},
+      {"x.ss.fa", ">a\nH\n", "x=", ":", "structure source 'x={F}:': give the chain after ':' or leave out the ':'"},
       {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n", "", ":A",
        "{F}: a chain can be chosen only in DSSP and mmCIF files; leave out ':A'"},
       {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n   2 K Q 0 0 1\n", "", "",
@@ -195,9 +161,6 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HH\n//\n", "", "",
        "{F} line 3: the SS line of s1 has 2 columns but its aligned sequence has 3; give one SS column per "
        "alignment column"},
-      {"s.sto", "# STOCKHOLM 1.0\n#=GR s9 SS HH\n//\n", "", "",
-       "{F} line 2: the SS line of s9 has 2 columns but its aligned sequence has 0; give one SS column per "
-       "alignment column"},
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HQH\n//\n", "", "",
        "{F} line 3: 'Q' in the SS line of s1 is not a structure state (H G I E B T S P C, '-' or X)"},
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n//\n", "", "",
@@ -220,4 +183,6 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
   EXPECT_EQ(error, "cannot read " + missing + " (No such file or directory); check the file name");
   EXPECT_FALSE(read_structure_source(dir.path().string(), entries, error));
   EXPECT_EQ(error, "cannot read " + dir.path().string() + " (it is a directory); give a file");
+  EXPECT_FALSE(read_structure_source("", entries, error));
+  EXPECT_EQ(error, "empty structure source: give FILE, ID=FILE or ID=FILE:CHAIN");
 }
