@@ -10,7 +10,6 @@
 #include "align/pair_align.hpp"
 #include "align/score_codes.hpp"
 #include "matrix/weight_matrix.hpp"
-#include "report/report_sections.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/run_params.hpp"
 #include "support/test_support.hpp"
@@ -59,11 +58,6 @@ class MultAlignTest : public ::testing::Test {
     Rows rows;
     for (int k = 0; k < mar.numSeqs; ++k) rows.push_back(mar.seqs[static_cast<std::size_t>(k)].aRes);
     return rows;
-  }
-
-  std::string report() {
-    std::fflush(outfp);
-    return dir_.read("report");
   }
 
   testsupport::TempDir dir_;
@@ -134,7 +128,6 @@ TEST_F(MultAlignTest, NullStartGivesLPlusNColumns) {
   EXPECT_EQ(mar.seqs[0].aSRes, "XXX   ");
   EXPECT_EQ(mar.seqs[1].aURes, "---   ");
   EXPECT_EQ(mar.pctHomol, 0.0);
-  EXPECT_THAT(report(), ::testing::HasSubstr("   No Region where all sequences overlap.\n"));
 }
 
 // Two members ACEF; ACDEF needs a gap in the alignment opposite D: the two
@@ -145,9 +138,6 @@ TEST_F(MultAlignTest, MembersAreRegappedWhereTheAlignmentGrew) {
   EXPECT_EQ(mar.seqs[0].aURes, "-* --");
   EXPECT_EQ(mar.seqs[1].aSRes, "CC HH");
   EXPECT_EQ(mar.seqs[1].aURes, "-- --");
-  const std::string text = report();
-  EXPECT_THAT(text, ::testing::HasSubstr("   Total length for the multiple alignment: 5\n"));
-  EXPECT_LT(text.find("Statistics\n"), text.find("Multiple Alignment\n"));
 }
 
 }  // namespace
