@@ -85,7 +85,6 @@ TEST(ReadStructureSource, ReadsEachFormat) {
        "",
        "",
        {{"t2", "ALIVG", "GGEE-", "{F} chain X"}}},
-      {"mmCIF ranges, chain by author name", "t2.cif", kRangesCif, "w=", ":Y", {{"w", "W", "E", "{F} chain Y"}}},
       {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "", ":B", {{"t2", "W", "E", "{F} chain B"}}},
       {"PSIPRED .ss2",
        "query.ss2",
@@ -157,7 +156,6 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "{F} line 2: the _struct_conf loop does not fill its last row; the file looks damaged"},
       {"m.cif", "data_x\n_struct_conf.id\n", "", "",
        "{F} line 2: _struct_conf.id has no value; the file looks damaged"},
-      {"m.cif", kSummaryCif, "", ":Z", "{F} has no chain Z (chains: A B); name one of them as ID=FILE:CHAIN"},
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HH\n//\n", "", "",
        "{F} line 3: the SS line of s1 has 2 columns but its aligned sequence has 3; give one SS column per "
        "alignment column"},
