@@ -10,6 +10,7 @@
 #include "align/pair_align.hpp"
 #include "align/score_codes.hpp"
 #include "matrix/weight_matrix.hpp"
+#include "report/report_sections.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/run_params.hpp"
 #include "support/test_support.hpp"
