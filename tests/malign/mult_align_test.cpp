@@ -131,14 +131,4 @@ TEST_F(MultAlignTest, NullStartGivesLPlusNColumns) {
   EXPECT_EQ(mar.pctHomol, 0.0);
 }
 
-// Two members ACEF; ACDEF needs a gap in the alignment opposite D: the two
-// members gain 2 x 2 x 5 = 20 against a charge of 3 + 1.
-TEST_F(MultAlignTest, MembersAreRegappedWhereTheAlignmentGrew) {
-  EXPECT_EQ(align({{"ACEF", "CCHH"}, {"ACEF", "", "-*--"}, {"ACDEF"}}, {1, 0, 2}), (Rows{"AC EF", "AC EF", "ACDEF"}));
-  EXPECT_EQ(mar.seqs[0].seqIndex, 1);
-  EXPECT_EQ(mar.seqs[0].aURes, "-* --");
-  EXPECT_EQ(mar.seqs[1].aSRes, "CC HH");
-  EXPECT_EQ(mar.seqs[1].aURes, "-- --");
-}
-
 }  // namespace
