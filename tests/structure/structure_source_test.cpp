@@ -22,19 +22,15 @@ const std::string kDssp = "==== Secondary Structure Definition by the program DS
                           dssp_line(1, 'A', 'K', ' ') + dssp_line(2, 'A', 'V', 'B') + dssp_line(3, 'A', 'a', 'H') +
                           "    4        !*             0   0    0\n" + dssp_line(5, 'B', 'G', 'E');
 
-const std::string kSummaryCif =
-    "data_TEST\n#\nloop_\n_dssp_struct_summary.entry_id\n_dssp_struct_summary.label_comp_id\n"
-    "_dssp_struct_summary.label_asym_id\n_dssp_struct_summary.label_seq_id\n"
-    "_dssp_struct_summary.secondary_structure\nTEST LYS A 1 .\nTEST VAL A 2 B\nTEST MSE A 3 H\nTEST GLY B 1 E\n#\n";
-
 // Ranges over a residue table, as mkdssp 4.2 writes by default: a residue
 // without coordinates ('?'), author chains X and Y for label chains A and B,
-// a single-row item list, a quoted value and a text field that holds a tag.
+// a single-row item list, a quoted value, a text field that holds a tag and
+// selenomethionine read as M.
 const std::string kRangesCif =
     "data_T2\n_struct_keywords.text 'ONE; TWO'\n_struct.title\n;A title with\n_fake.tag inside\n;\n"
     "loop_\n_pdbx_poly_seq_scheme.asym_id\n_pdbx_poly_seq_scheme.seq_id\n_pdbx_poly_seq_scheme.mon_id\n"
     "_pdbx_poly_seq_scheme.pdb_mon_id\n_pdbx_poly_seq_scheme.pdb_strand_id\n"
-    "A 1 MET ? X\nA 2 ALA ALA X\nA 3 LEU LEU X\nA 4 ILE ILE X\nA 5 VAL VAL X\nA 6 GLY GLY X\nB 1 TRP TRP Y\n#\n"
+    "A 1 MET ? X\nA 2 ALA ALA X\nA 3 MSE MSE X\nA 4 ILE ILE X\nA 5 VAL VAL X\nA 6 GLY GLY X\nB 1 TRP TRP Y\n#\n"
     "_struct_conf.conf_type_id HELX_RH_3T_P\n_struct_conf.beg_label_asym_id A\n"
     "_struct_conf.beg_label_seq_id 2\n_struct_conf.end_label_seq_id 3\n#\n"
     "loop_\n_struct_sheet_range.beg_label_asym_id\n_struct_sheet_range.beg_label_seq_id\n"
@@ -78,13 +74,12 @@ TEST(ReadStructureSource, ReadsEachFormat) {
        "",
        {{"1abc", "KVC", " BH", "{F} chain A"}}},
       {"classic DSSP, chosen chain and id", "1abc.dssp", kDssp, "x=", ":B", {{"x", "G", "E", "{F} chain B"}}},
-      {"mmCIF summary table", "2xyz.cif.txt", kSummaryCif, "", "", {{"2xyz", "KVM", "-BH", "{F} chain A"}}},
       {"mmCIF ranges, first chain by author name",
        "t2.cif",
        kRangesCif,
        "",
        "",
-       {{"t2", "ALIVG", "GGEE-", "{F} chain X"}}},
+       {{"t2", "AMIVG", "GGEE-", "{F} chain X"}}},
       {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "", ":B", {{"t2", "W", "E", "{F} chain B"}}},
       {"PSIPRED .ss2",
        "query.ss2",
