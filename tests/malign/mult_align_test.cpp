@@ -121,14 +121,4 @@ TEST_F(MultAlignTest, AnchorsDrawResiduesIntoOneColumn) {
   EXPECT_EQ(mar.overlapEnd, 5);
 }
 
-// WWW scores nothing against ACD: no positive start, so it is appended after
-// the alignment, facing blanks, and both members are re-gapped.
-TEST_F(MultAlignTest, NullStartGivesLPlusNColumns) {
-  EXPECT_EQ(align({{"ACD"}, {"ACD"}, {"WWW"}}, {0, 1, 2}), (Rows{"ACD   ", "ACD   ", "   WWW"}));
-  EXPECT_EQ(mar.alignLen, 6);
-  EXPECT_EQ(mar.seqs[0].aSRes, "XXX   ");
-  EXPECT_EQ(mar.seqs[1].aURes, "---   ");
-  EXPECT_EQ(mar.pctHomol, 0.0);
-}
-
 }  // namespace
