@@ -40,14 +40,12 @@ TEST(ScorAlignPct, PercentOverTheOverlapRegion) {
     int overlapStart, overlapEnd;
   } cases[] = {
       {"identical", {"ACDA", "ACDA"}, -1, 100.0, 1, 4},
-      {"three identical", {"ACDA", "ACDA", "ACDA"}, -1, 100.0, 1, 4},
       {"overhangs at both ends are not counted", {"ACD ", " CDD"}, -1, 100.0, 2, 3},
       {"a gap opposite C adds C's self score to the reference only", {"ACDA", "A DA"}, -1, 14 * 100.0 / 23, 1, 4},
       {"A against D adds -2, and the smaller self score 4 to the reference", {"AAC", "ADC"}, -1, 11 * 100.0 / 17, 1, 3},
       {"all pairs are summed before dividing", {"AAC", "AAC", "ADC"}, -1, (17 + 11 + 11) * 100.0 / (3 * 17), 1, 3},
       {"no overlap", {"AA  ", "  CC"}, -1, 0.0, 3, 2},
       {"lower-case letters are not residues", {"aACD", "CACD"}, -1, 100.0, 2, 4},
-      {"nor in the middle", {"AcD", "AcD"}, -1, 100.0, 1, 3},
       {"nor facing a residue", {"AcD", "ACD"}, -1, 10 * 100.0 / 19, 1, 3},
       {"a residue in column 1 is found by the backward scan", {"AA", " A"}, -1, 100.0, 2, 2},
       {"strings shorter than the length are read only to their end", {"ACD", "AC"}, 10, 100.0, 1, 2},
@@ -80,32 +78,4 @@ TEST(ScorAlignPct, SequenceWithoutResiduesInTheScannedColumnsIsAProgramCheck) {
     EXPECT_FATAL_OUTPUT(scor_align_pct(small_table(), record, record.alignLen),
                         testsupport::error_frame(1, c.module, c.message));
   }
-}
-
-TEST(PctScores, SumOnlyOverLetterPairsWithinN) {
-  const ScoreTable table = small_table();
-  EXPECT_EQ(pct_homol_score(table, "ACD", "ADD", 3), 4 - 3 + 6);
-  EXPECT_EQ(pct_homol_score(table, "ACD", "ADD", 2), 4 - 3);
-  EXPECT_EQ(pct_homol_score(table, "A-D", "AD ", 3), 4);
-  EXPECT_EQ(pct_homol_score(table, "ACD", "ACD", 0), 0);
-  EXPECT_EQ(pct_perfect_score(table, "ACD", "ACD", -1), 0);
-  EXPECT_EQ(pct_perfect_score(table, "ACD", "A D", 3), 4 + 9 + 6);
-  EXPECT_EQ(pct_perfect_score(table, "AC ", "DA ", 3), 4 + 4);
-  // A residue with a negative self score facing a gap adds max(0, d) = 0.
-  EXPECT_EQ(pct_perfect_score(table, "X", " ", 1), 0);
-  EXPECT_EQ(pct_perfect_score(table, " ", "X", 1), 0);
-  // Two residues both non-zero: the smaller, here the negative one.
-  EXPECT_EQ(pct_perfect_score(table, "X", "X", 1), -1);
-  EXPECT_EQ(pct_perfect_score(table, "X", "A", 1), -1);
-  // A zero self score (a letter not in the table) yields the other one.
-  EXPECT_EQ(pct_perfect_score(table, "W", "A", 1), 4);
-  EXPECT_EQ(pct_perfect_score(table, "W", "X", 1), 0);
-}
-
-TEST(ScorPairAlign, AddsTheBiasForEachStructureFlagOfOne) {
-  EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 1, 0, 10), 67.5);
-  EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 0, 1, 10), 67.5);
-  EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 1, 1, 10), 77.5);
-  EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 2, -1, 10), 57.5);
-  EXPECT_DOUBLE_EQ(scor_pair_align(57.5, 1, 1, -5), 47.5);
 }

@@ -78,8 +78,9 @@ Case random_case(std::mt19937& rng, int lanes, int style, int rows, int maxCols)
   return c;
 }
 
-// The reference matrix of one lane's pair.
-std::vector<SumCell> reference(const Case& c, const Operand& col) {
+// One lane's pair scored by the scalar code: the pair scores alone, or
+// summed into the reference matrix.
+std::vector<SumCell> reference(const Case& c, const Operand& col, bool summed = true) {
   const int rows = static_cast<int>(c.row.wt.size()), cols = static_cast<int>(col.wt.size());
   std::vector<SumCell> m(static_cast<std::size_t>(rows) * cols, SumCell{0, 12345});
   Ints rowCodes(c.row.wt), rowSs(c.row.ss);
@@ -88,29 +89,30 @@ std::vector<SumCell> reference(const Case& c, const Operand& col) {
   sm_mat_init(m.data(), rows, cols, 0);
   sm_mat_score(c.wt, m.data(), rows, cols, rowCodes.data(), col.wt.data());
   if (c.row.hasSs && col.hasSs) sm_mat_add_score(c.ss, m.data(), rows, cols, rowSs.data(), col.ss.data());
+  if (!summed) return m;
   std::vector<ColCarry> carries(static_cast<std::size_t>(cols));
   sum_matrix_cells(carries.data(), m.data(), rows, cols, c.row.structPen.data(), col.structPen.data(),
                    c.row.group.data(), col.group.data(), c.gapPen, c.gapSizePen);
   return m;
 }
 
-// Compares one lane with its reference; returns the first difference found.
-std::string compare_lane(const LaneWorkspace& ws, int lane, const std::vector<SumCell>& m, int rows, int cols) {
+// Compares a kernel's edge sums, links, path start and templates with the
+// reference matrix; returns the first difference found.
+template <typename EdgeSum, typename Next>
+std::string compare(EdgeSum edgeSum, Next next, std::int32_t start, const std::vector<SumCell>& m, int rows, int cols) {
   for (int j = 0; j < cols; ++j)
-    if (lane_edge_sum(ws, lane, j) != m[j].score) return "row 0 sum at column " + std::to_string(j);
+    if (edgeSum(j) != m[j].score) return "row 0 sum at column " + std::to_string(j);
   for (int i = 1; i < rows; ++i)
-    if (lane_edge_sum(ws, lane, i * cols) != m[static_cast<std::size_t>(i) * cols].score)
+    if (edgeSum(i * cols) != m[static_cast<std::size_t>(i) * cols].score)
       return "column 0 sum at row " + std::to_string(i);
   for (std::int32_t cell = 0; cell < rows * cols; ++cell)
-    if (lane_next_cell(ws, lane, cell) != m[cell].next) return "link of cell " + std::to_string(cell);
-  const std::int32_t start = find_path_start(m.data(), rows, cols);
-  if (lane_path_start(ws, lane) != start) return "path start";
+    if (next(cell) != m[cell].next) return "link of cell " + std::to_string(cell);
+  const std::int32_t refStart = find_path_start(m.data(), rows, cols);
+  if (start != refStart) return "path start";
   std::string a(8000, '-'), b(8000, '-'), c(8000, '-'), d(8000, '-');
   const int refLen = walk_path(
-      start, rows, cols, [&m](std::int32_t k) { return m[k].next; }, a, b);
-  const int len = walk_path(
-      start, rows, cols, [&](std::int32_t k) { return lane_next_cell(ws, lane, k); }, c, d);
-  if (len != refLen || a != c || b != d) return "templates";
+      refStart, rows, cols, [&m](std::int32_t k) { return m[k].next; }, a, b);
+  if (walk_path(start, rows, cols, next, c, d) != refLen || a != c || b != d) return "templates";
   return "";
 }
 
@@ -126,7 +128,10 @@ void check_cases(KernelKind kind, unsigned seed, int count, int maxRows, int max
     ASSERT_FALSE(align_failed(sum_lanes(ws, kind, row, views, c.wt, c.ss, c.gapPen, c.gapSizePen)));
     for (std::size_t l = 0; l < c.cols.size(); ++l) {
       const int rows = row.n, cols = views[l].n;
-      const std::string diff = compare_lane(ws, static_cast<int>(l), reference(c, c.cols[l]), rows, cols);
+      const int lane = static_cast<int>(l);
+      const std::string diff = compare([&](std::int32_t k) { return lane_edge_sum(ws, lane, k); },
+                                       [&](std::int32_t k) { return lane_next_cell(ws, lane, k); },
+                                       lane_path_start(ws, lane), reference(c, c.cols[l]), rows, cols);
       ASSERT_EQ(diff, "") << kernel_name(kind) << " case " << n << " style " << style << " lane " << l << " of " << rows
                           << " x " << cols;
     }
@@ -158,32 +163,14 @@ void check_band_cases(KernelKind kind, unsigned seed, int count, int maxRows, in
     const Case c = random_case(rng, 1, style, pick(rng, 1, maxRows), maxCols);
     const Operand& col = c.cols[0];
     const int rows = static_cast<int>(c.row.wt.size()), cols = static_cast<int>(col.wt.size());
-    const std::vector<SumCell> m = reference(c, col);
-    // The reference's pair scores, before summing: the same scoring again.
-    Case unsummed = c;
-    std::vector<SumCell> pairs(m.size(), SumCell{0, 0});
-    Ints rowCodes(c.row.wt);
-    for (auto& v : rowCodes) v *= kTableDim;
-    sm_mat_score(c.wt, pairs.data(), rows, cols, rowCodes.data(), col.wt.data());
-    if (c.row.hasSs && col.hasSs) {
-      Ints rowSs(c.row.ss);
-      for (auto& v : rowSs) v *= kTableDim;
-      sm_mat_add_score(c.ss, pairs.data(), rows, cols, rowSs.data(), col.ss.data());
-    }
     Ints scores;
-    for (const SumCell& cell : pairs) scores.push_back(cell.score);
+    for (const SumCell& cell : reference(c, col, false)) scores.push_back(cell.score);
     ASSERT_FALSE(
         align_failed(sum_band(ws, kind, scores.data(), rows, cols, c.row.structPen.data(), col.structPen.data(),
                               c.row.group.data(), col.group.data(), c.gapPen, c.gapSizePen)));
-    std::string diff;
-    for (int j = 0; j < cols && diff.empty(); ++j)
-      if (band_edge_sum(ws, j) != m[j].score) diff = "row 0 sum at column " + std::to_string(j);
-    for (int i = 1; i < rows && diff.empty(); ++i)
-      if (band_edge_sum(ws, i * cols) != m[static_cast<std::size_t>(i) * cols].score)
-        diff = "column 0 sum at row " + std::to_string(i);
-    for (std::int32_t cell = 0; cell < rows * cols && diff.empty(); ++cell)
-      if (band_next_cell(ws, cell) != m[cell].next) diff = "link of cell " + std::to_string(cell);
-    if (diff.empty() && band_path_start(ws) != find_path_start(m.data(), rows, cols)) diff = "path start";
+    const std::string diff = compare([&](std::int32_t k) { return band_edge_sum(ws, k); },
+                                     [&](std::int32_t k) { return band_next_cell(ws, k); }, band_path_start(ws),
+                                     reference(c, col), rows, cols);
     ASSERT_EQ(diff, "") << kernel_name(kind) << " band case " << n << " style " << style << " of " << rows << " x "
                         << cols;
   }

@@ -124,11 +124,3 @@ TEST(PairAlignDeathTest, AlignmentOfExactlyTheLimitIsAcceptedOneColumnMoreIsFata
       align(make_seq(half + "A"), make_seq(half), kNoStructTable, 1, negative),
       error_frame(1, "find_best_align", format_text("Alignment size exceeded, len = %d\n", kMaxAlignLen)));
 }
-
-TEST(PairAlignDeathTest, OneResidueSequencesFailTheOverlapEnd) {
-  // A positive pair gives one column, a non-positive one two (each residue
-  // facing a blank); either way the last residue is sought from column 1 down
-  // only, and found in neither.
-  EXPECT_FATAL_OUTPUT(align(make_seq("W"), make_seq("W")), error_frame(1, "pct_end_align", "Program check: len = 1"));
-  EXPECT_FATAL_OUTPUT(align(make_seq("W"), make_seq("Y")), error_frame(1, "pct_end_align", "Program check: len = 2"));
-}

@@ -101,45 +101,13 @@ TEST(SumMatrix, CarriesServeOnlyOnceACandidateHasSetTheirLink) {
   EXPECT_EQ(shown(m), "-1>7 -20000>5 -20000 -20000>7 -40000>8 -20000 -20000 0 -20000");
 }
 
-TEST(SumMatrix, SumsWrapAtThirtyTwoBits) {
-  // Far outside any real table, but the kernel must not trip over it.
-  const std::int32_t big = 2147483000;
-  const auto m = summed({2, 2, {big, 0, 0, big}, -2000000000, -2000000000});
-  EXPECT_EQ(m[0].score, static_cast<std::int32_t>(2u * static_cast<std::uint32_t>(big)));
-}
-
-TEST(SumMatrix, ScoresLookUpRowCodePlusColumnCodeAndInitClearsOnRequest) {
-  ScoreTable table{};
-  table[1 * 32 + 2] = 5;
-  table[1 * 32 + 0] = -3;
-  table[31 * 32 + 31] = 10000;
-  const Cells rowCodes{32, 31 * 32};
-  const Cells colCodes{2, 0, 31};
-  std::vector<SumCell> m(6, SumCell{7, kNoCell});
-  sm_mat_score(table, m.data(), 2, 3, rowCodes.data(), colCodes.data());
-  EXPECT_EQ(shown(m), "5 -3 0 0 0 10000");
-  sm_mat_add_score(table, m.data(), 2, 3, rowCodes.data(), colCodes.data());
-  EXPECT_EQ(shown(m), "10 -6 0 0 0 20000");
-  sm_mat_init(m.data(), 2, 3, 1);
-  EXPECT_EQ(shown(m), "0 0 0 0 0 0");
-}
-
 TEST(FindPathStart, FirstMaximumInScanOrderRowZeroThenColumnZeroElseNull) {
   EXPECT_EQ(find_path_start(summed(kWorked).data(), 2, 4), 0);
   // Equal maxima on row 0 and column 0: row 0's wins; the larger inner cell is not a start.
-  std::vector<SumCell> m = {{1, N}, {0, N}, {6, N}, {2, N}, {9, N}, {0, N}, {6, N}, {0, N}, {0, N}};
+  std::vector<SumCell> m = {{1, N}, {0, N}, {6, N}, {6, N}, {9, N}, {0, N}, {6, N}, {0, N}, {0, N}};
   EXPECT_EQ(find_path_start(m.data(), 3, 3), 2);
-  m[2].score = 5;
-  EXPECT_EQ(find_path_start(m.data(), 3, 3), 6);
-  // Equal maxima down column 0: the upper one.
-  m[3].score = 6;
+  m[2].score = 5;  // then the upper of column 0's equal maxima
   EXPECT_EQ(find_path_start(m.data(), 3, 3), 3);
-  // One row or one column: the first maximum.
-  const std::vector<SumCell> line = {{-1, N}, {3, N}, {7, N}, {7, N}};
-  EXPECT_EQ(find_path_start(line.data(), 1, 4), 2);
-  EXPECT_EQ(find_path_start(line.data(), 4, 1), 2);
-  // No positive sum on the edges.
   const std::vector<SumCell> flat = {{0, N}, {-4, N}, {-1, N}, {50, N}};
   EXPECT_EQ(find_path_start(flat.data(), 2, 2), kNoCell);
-  EXPECT_EQ(find_path_start(flat.data(), 0, 2), kNoCell);
 }

@@ -34,28 +34,6 @@ bool guards_intact(const Templates& t) {
 
 }  // namespace
 
-TEST(FindBestAlign, TemplatesFollowTheLinks) {
-  const struct {
-    const char* what;
-    std::int32_t start;
-    int rows, cols;
-    std::vector<std::pair<int, int>> links;
-    std::string first, second;  // with the terminating null
-  } cases[] = {
-      {"worked example: (0,0) to (1,3) skips two columns", 0, 2, 4, {{0, 7}}, {"X  X\0", 5}, {"XXXX\0", 5}},
-      {"a null start puts the row operand first", N, 2, 3, {}, {"XX   \0", 6}, {"  XXX\0", 6}},
-      {"a start below row 0 leads with the row operand", 6, 4, 2, {}, {"XXXX \0", 6}, {"   XX\0", 6}},
-      {"a diagonal leaves the longer operand's tail facing blanks", 0, 2, 4, {{0, 5}}, {"XX  \0", 5}, {"XXXX\0", 5}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    Templates t;
-    EXPECT_EQ(traced(c.start, c.rows, c.cols, c.links, 10, 10, t), static_cast<int>(c.first.size()) - 1);
-    EXPECT_EQ(t.first.substr(0, c.first.size()), c.first);
-    EXPECT_EQ(t.second.substr(0, c.second.size()), c.second);
-  }
-}
-
 TEST(FindBestAlign, ExactlyTheLimitFitsAndShortBuffersAreNeverOverrun) {
   Templates t;
   EXPECT_EQ(traced(N, 3, 3, {}, 6, 6, t), 6);

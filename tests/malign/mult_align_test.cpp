@@ -61,11 +61,6 @@ class MultAlignTest : public ::testing::Test {
     return rows;
   }
 
-  std::string report() {
-    std::fflush(outfp);
-    return dir_.read("report");
-  }
-
   testsupport::TempDir dir_;
 };
 
@@ -124,38 +119,6 @@ TEST_F(MultAlignTest, AnchorsDrawResiduesIntoOneColumn) {
   EXPECT_EQ(mar.seqs[1].aURes, "----1    ");
   EXPECT_EQ(mar.overlapStart, 5);
   EXPECT_EQ(mar.overlapEnd, 5);
-}
-
-// WWW scores nothing against ACD: no positive start, so it is appended after
-// the alignment, facing blanks, and both members are re-gapped.
-TEST_F(MultAlignTest, NullStartGivesLPlusNColumns) {
-  EXPECT_EQ(align({{"ACD"}, {"ACD"}, {"WWW"}}, {0, 1, 2}), (Rows{"ACD   ", "ACD   ", "   WWW"}));
-  EXPECT_EQ(mar.alignLen, 6);
-  EXPECT_EQ(mar.seqs[0].aSRes, "XXX   ");
-  EXPECT_EQ(mar.seqs[1].aURes, "---   ");
-  EXPECT_EQ(mar.pctHomol, 0.0);
-  EXPECT_THAT(report(), ::testing::HasSubstr("   No Region where all sequences overlap.\n"));
-}
-
-// Two members ACEF; ACDEF needs a gap in the alignment opposite D: the two
-// members gain 2 x 2 x 5 = 20 against a charge of 3 + 1.
-TEST_F(MultAlignTest, MembersAreRegappedWhereTheAlignmentGrew) {
-  EXPECT_EQ(align({{"ACEF", "CCHH"}, {"ACEF", "", "-*--"}, {"ACDEF"}}, {1, 0, 2}), (Rows{"AC EF", "AC EF", "ACDEF"}));
-  EXPECT_EQ(mar.seqs[0].seqIndex, 1);
-  EXPECT_EQ(mar.seqs[0].aURes, "-* --");
-  EXPECT_EQ(mar.seqs[1].aSRes, "CC HH");
-  EXPECT_EQ(mar.seqs[1].aURes, "-- --");
-  const std::string text = report();
-  EXPECT_THAT(text, ::testing::HasSubstr("   Total length for the multiple alignment: 5\n"));
-  EXPECT_LT(text.find("Statistics\n"), text.find("Multiple Alignment\n"));
-}
-
-TEST(GrowGapPen, TruncatesAfterEachStep) {
-  std::vector<int> used;
-  for (int step = 0; step < 5; ++step) used.push_back(grow_gap_pen(10, step, 5));
-  EXPECT_EQ(used, (std::vector<int>{10, 10, 11, 11, 12}));
-  EXPECT_EQ(grow_gap_pen(3, 4, 10), 4);
-  EXPECT_EQ(grow_gap_pen(10, 7, 0), 10);
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -25,25 +24,31 @@ std::string drawn_svg(const AlignmentView& view, int blockWidth) {
   return text;
 }
 
+// The value of the first name="..." in text.
+std::string attribute(const std::string& text, const std::string& name) {
+  const std::size_t at = text.find(name + "=\"") + name.size() + 2;
+  return text.substr(at, text.find('"', at) - at);
+}
+
 // "class seq start-end pieces" for every helix and strand element, in
 // order; a strand's pieces as "pieces/heads" (a head has seven points).
 std::vector<std::string> structure_elements(const std::string& svg) {
-  static const std::regex element(
-      R"re(<g class="(helix|strand)" data-seq="([^"]*)" data-start="(\d+)" data-end="(\d+)">(.*?)</g>)re");
-  static const std::regex piece(R"re(<(rect|polygon points="([^"]*)"))re");
   std::vector<std::string> found;
-  for (auto it = std::sregex_iterator(svg.begin(), svg.end(), element); it != std::sregex_iterator(); ++it) {
-    const std::string body = (*it)[5];
-    int pieces = 0;
-    int heads = 0;
-    for (auto p = std::sregex_iterator(body.begin(), body.end(), piece); p != std::sregex_iterator(); ++p) {
+  for (std::size_t at = svg.find("<g class=\""); at != std::string::npos; at = svg.find("<g class=\"", at + 1)) {
+    const std::string element = svg.substr(at, svg.find("</g>", at) - at);
+    const std::string kind = attribute(element, "class");
+    if (kind != "helix" && kind != "strand") continue;
+    int pieces = 0, heads = 0;
+    for (std::size_t p = element.find('<', 1); p != std::string::npos; p = element.find('<', p + 1)) {
+      const std::string piece = element.substr(p, element.find('>', p) - p);
+      if (!piece.starts_with("<rect") && !piece.starts_with("<polygon")) continue;
       ++pieces;
-      const std::string points = (*p)[2];
+      const std::string points = piece.starts_with("<polygon") ? attribute(piece, "points") : "";
       if (std::count(points.begin(), points.end(), ',') == 7) ++heads;
     }
-    std::string text = (*it)[1].str() + " " + (*it)[2].str() + " " + (*it)[3].str() + "-" + (*it)[4].str() + " " +
-                       std::to_string(pieces);
-    if ((*it)[1] == "strand") text += "/" + std::to_string(heads);
+    std::string text = kind + " " + attribute(element, "data-seq") + " " + attribute(element, "data-start") + "-" +
+                       attribute(element, "data-end") + " " + std::to_string(pieces);
+    if (kind == "strand") text += "/" + std::to_string(heads);
     found.push_back(text);
   }
   return found;

@@ -1,10 +1,6 @@
-// The structure library on real files: the shipped examples in their
-// FASTA-style forms, and mkdssp run on a shipped PDB entry.
+// The structure library on real files: mkdssp run on a shipped PDB entry.
 #include <cstdlib>
 
-#include "seq/molvane_reader.hpp"
-#include "seq/text_reader.hpp"
-#include "structure/anchor_file.hpp"
 #include "structure/placement.hpp"
 #include "structure/structure_formats.hpp"
 #include "support/test_support.hpp"
@@ -12,25 +8,6 @@
 namespace {
 
 using testsupport::source_path;
-
-std::vector<SeqRecord> read_example(const std::string& name, bool molvane) {
-  const UniqueFile in = open_file(source_path("examples/" + name).string(), "r");
-  std::vector<SeqRecord> records;
-  for (SeqRecord record;
-       (molvane ? read_seq_molvane(in.get(), record, 3, 4000) : read_seq_text(in.get(), record, 3, 4000)) == 1;
-       record = SeqRecord{})
-    records.push_back(record);
-  return records;
-}
-
-void read_fasta_sequences(const std::string& path, std::vector<std::string>& ids, std::vector<std::string>& seqs) {
-  std::string text, error;
-  std::vector<FastaRecord> records;
-  ASSERT_TRUE(read_text_file(path, text, error) &&
-              read_fasta_records(path, text, "ABCDEFGHIJKLMNOPQRSTUVWXYZ", "a residue", records, error))
-      << error;
-  for (const FastaRecord& record : records) ids.push_back(record.id), seqs.push_back(record.data);
-}
 
 // 1lzt of the lysozyme example; 1dpx is the same protein.
 const std::string k1lzt =
@@ -52,44 +29,6 @@ std::string placed_on_1lzt(const std::string& source) {
 }
 
 }  // namespace
-
-TEST(RealStructure, ShippedExamplesAgreeWithTheirStructureLines) {
-  struct Example {
-    const char* stem;
-    const char* file;
-    bool molvane, anchors;
-  };
-  for (const Example& e :
-       {Example{"gluts", "gluts.txt", false, false}, Example{"pla2_anchored", "pla2_anchored.txt", false, true},
-        Example{"lysozyme", "lysozyme.molvane", true, false}}) {
-    SCOPED_TRACE(e.stem);
-    const std::vector<SeqRecord> records = read_example(e.file, e.molvane);
-    std::vector<std::string> ids, seqs, sRes, uRes;
-    read_fasta_sequences(source_path(std::string("examples/") + e.stem + ".fa").string(), ids, seqs);
-    std::vector<StructEntry> entries;
-    std::string error;
-    ASSERT_TRUE(
-        read_structure_source(source_path(std::string("examples/") + e.stem + ".ss.fa").string(), entries, error) &&
-        assign_structures(entries, ids, seqs, sRes, error))
-        << error;
-    std::vector<AnchorEntry> anchors;
-    if (e.anchors) {
-      ASSERT_TRUE(
-          read_anchor_file(source_path(std::string("examples/") + e.stem + ".anchors.fa").string(), anchors, error) &&
-          assign_anchors(anchors, ids, seqs, uRes, error))
-          << error;
-    }
-    ASSERT_EQ(ids.size(), records.size());
-    for (std::size_t k = 0; k < records.size(); ++k) {
-      EXPECT_EQ(ids[k], records[k].acc.value_or(""));
-      EXPECT_EQ(seqs[k], records[k].pRes);
-      EXPECT_EQ(sRes[k], records[k].sRes.value_or(""));
-      if (e.anchors) {
-        EXPECT_EQ(uRes[k], records[k].uRes.value_or(""));
-      }
-    }
-  }
-}
 
 TEST(RealStructure, ReadsMkdsspOutputInBothFormats) {
   if (std::system("command -v mkdssp >/dev/null 2>&1") != 0)

@@ -1,5 +1,5 @@
-// Reading structure sources: each format, the state mapping, the forms of a
-// source argument and every reader's message.
+// Reading structure sources: each format, the forms of a source argument and
+// every reader's message.
 #include "structure/structure_source.hpp"
 
 #include <cstdio>
@@ -22,19 +22,15 @@ const std::string kDssp = "==== Secondary Structure Definition by the program DS
                           dssp_line(1, 'A', 'K', ' ') + dssp_line(2, 'A', 'V', 'B') + dssp_line(3, 'A', 'a', 'H') +
                           "    4        !*             0   0    0\n" + dssp_line(5, 'B', 'G', 'E');
 
-const std::string kSummaryCif =
-    "data_TEST\n#\nloop_\n_dssp_struct_summary.entry_id\n_dssp_struct_summary.label_comp_id\n"
-    "_dssp_struct_summary.label_asym_id\n_dssp_struct_summary.label_seq_id\n"
-    "_dssp_struct_summary.secondary_structure\nTEST LYS A 1 .\nTEST VAL A 2 B\nTEST MSE A 3 H\nTEST GLY B 1 E\n#\n";
-
 // Ranges over a residue table, as mkdssp 4.2 writes by default: a residue
 // without coordinates ('?'), author chains X and Y for label chains A and B,
-// a single-row item list, a quoted value and a text field that holds a tag.
+// a single-row item list, a quoted value, a text field that holds a tag and
+// selenomethionine read as M.
 const std::string kRangesCif =
     "data_T2\n_struct_keywords.text 'ONE; TWO'\n_struct.title\n;A title with\n_fake.tag inside\n;\n"
     "loop_\n_pdbx_poly_seq_scheme.asym_id\n_pdbx_poly_seq_scheme.seq_id\n_pdbx_poly_seq_scheme.mon_id\n"
     "_pdbx_poly_seq_scheme.pdb_mon_id\n_pdbx_poly_seq_scheme.pdb_strand_id\n"
-    "A 1 MET ? X\nA 2 ALA ALA X\nA 3 LEU LEU X\nA 4 ILE ILE X\nA 5 VAL VAL X\nA 6 GLY GLY X\nB 1 TRP TRP Y\n#\n"
+    "A 1 MET ? X\nA 2 ALA ALA X\nA 3 MSE MSE X\nA 4 ILE ILE X\nA 5 VAL VAL X\nA 6 GLY GLY X\nB 1 TRP TRP Y\n#\n"
     "_struct_conf.conf_type_id HELX_RH_3T_P\n_struct_conf.beg_label_asym_id A\n"
     "_struct_conf.beg_label_seq_id 2\n_struct_conf.end_label_seq_id 3\n#\n"
     "loop_\n_struct_sheet_range.beg_label_asym_id\n_struct_sheet_range.beg_label_seq_id\n"
@@ -57,8 +53,9 @@ std::string with_path(std::string text, const std::string& path) {
 
 TEST(ReadStructureSource, ReadsEachFormat) {
   const std::vector<FormatCase> cases = {
+      // An existing file's name wins over the ID=FILE:CHAIN forms.
       {"FASTA-style: inner blanks are states, line-end blanks, CR and a byte-order mark are not",
-       "states.ss.fa",
+       "odd=name:1.ss.fa",
        "\xEF\xBB\xBF>seq1 a title\nHGIEB TSPC-\r\nX  \n\n>seq2\nhhec\n",
        "",
        "",
@@ -77,15 +74,13 @@ TEST(ReadStructureSource, ReadsEachFormat) {
        "",
        {{"1abc", "KVC", " BH", "{F} chain A"}}},
       {"classic DSSP, chosen chain and id", "1abc.dssp", kDssp, "x=", ":B", {{"x", "G", "E", "{F} chain B"}}},
-      {"mmCIF summary table", "2xyz.cif.txt", kSummaryCif, "", "", {{"2xyz", "KVM", "-BH", "{F} chain A"}}},
       {"mmCIF ranges, first chain by author name",
        "t2.cif",
        kRangesCif,
        "",
        "",
-       {{"t2", "ALIVG", "GGEE-", "{F} chain X"}}},
-      {"mmCIF ranges, chain by author name", "t2.cif", kRangesCif, "w=", ":Y", {{"w", "W", "E", "{F} chain Y"}}},
-      {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "w=", ":B", {{"w", "W", "E", "{F} chain B"}}},
+       {{"t2", "AMIVG", "GGEE-", "{F} chain X"}}},
+      {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "", ":B", {{"t2", "W", "E", "{F} chain B"}}},
       {"PSIPRED .ss2",
        "query.ss2",
        "# PSIPRED VFORMAT (PSIPRED V4.0)\n\n   1 M C   0.998  0.001  0.002\n   2 k H   0.100  0.800  0.100\n"
@@ -118,43 +113,6 @@ TEST(ReadStructureSource, ReadsEachFormat) {
   }
 }
 
-TEST(MapStructureState, FollowsTheDsspGroups) {
-  std::string mapped;
-  for (const char raw : std::string("HGIEBTSPC- Xhgiebtspcx")) mapped += map_structure_state(raw);
-  EXPECT_EQ(mapped, "HHHBBTTCCCCXHHHBBTTCCX");
-  for (const char raw : std::string(".AQ*0\t")) EXPECT_EQ(map_structure_state(raw), 0) << raw;
-}
-
-TEST(ParseStructureSource, SplitsIdFileAndChain) {
-  TempDir dir;
-  const std::string plain = dir.write("a.dssp", "").string(), odd = dir.write("odd=name:1.fa", "").string();
-  struct Case {
-    std::string text, id, path, chain, error;
-  };
-  const std::vector<Case> cases = {
-      {plain, "", plain, "", ""},
-      {"1abc=" + plain, "1abc", plain, "", ""},
-      {"1abc=" + plain + ":B", "1abc", plain, "B", ""},
-      {plain + ":B", "", plain, "B", ""},
-      {odd, "", odd, "", ""},  // an existing file wins over the forms
-      {"=" + plain, "", "", "", "structure source '=" + plain + "': give the sequence id (one word) before '='"},
-      {"x=" + plain + ":", "", "", "",
-       "structure source 'x=" + plain + ":': give the chain after ':' or leave out the ':'"},
-      {"", "", "", "", "empty structure source: give FILE, ID=FILE or ID=FILE:CHAIN"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    StructSource source;
-    std::string error;
-    EXPECT_EQ(parse_structure_source(c.text, source, error), c.error.empty());
-    EXPECT_EQ(error, c.error);
-    if (!c.error.empty()) continue;
-    EXPECT_EQ(source.id, c.id);
-    EXPECT_EQ(source.path, c.path);
-    EXPECT_EQ(source.chain, c.chain);
-  }
-}
-
 TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
   struct Case {
     const char* fileName;
@@ -170,6 +128,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
       {"x.ss.fa", "\n>\nHH\n", "", "", "{F} line 2: a header without an id; write the sequence id after '>'"},
       {"x.ss.fa", ">a\n>b\nH\n", "", "", "{F} line 1: a has no symbols; give one per residue or remove the entry"},
       {"x.ss.fa", ">a\nH\n", "y=", "", "{F}: this file names its own sequences; give it without 'y='"},
+      {"x.ss.fa", ">a\nH\n", "=", "", "structure source '={F}': give the sequence id (one word) before '='"},
+      {"x.ss.fa", ">a\nH\n", "x=", ":", "structure source 'x={F}:': give the chain after ':' or leave out the ':'"},
       {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n", "", ":A",
        "{F}: a chain can be chosen only in DSSP and mmCIF files; leave out ':A'"},
       {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n   2 K Q 0 0 1\n", "", "",
@@ -191,12 +151,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "{F} line 2: the _struct_conf loop does not fill its last row; the file looks damaged"},
       {"m.cif", "data_x\n_struct_conf.id\n", "", "",
        "{F} line 2: _struct_conf.id has no value; the file looks damaged"},
-      {"m.cif", kSummaryCif, "", ":Z", "{F} has no chain Z (chains: A B); name one of them as ID=FILE:CHAIN"},
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HH\n//\n", "", "",
        "{F} line 3: the SS line of s1 has 2 columns but its aligned sequence has 3; give one SS column per "
-       "alignment column"},
-      {"s.sto", "# STOCKHOLM 1.0\n#=GR s9 SS HH\n//\n", "", "",
-       "{F} line 2: the SS line of s9 has 2 columns but its aligned sequence has 0; give one SS column per "
        "alignment column"},
       {"s.sto", "# STOCKHOLM 1.0\ns1 ACD\n#=GR s1 SS HQH\n//\n", "", "",
        "{F} line 3: 'Q' in the SS line of s1 is not a structure state (H G I E B T S P C, '-' or X)"},
@@ -220,4 +176,6 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
   EXPECT_EQ(error, "cannot read " + missing + " (No such file or directory); check the file name");
   EXPECT_FALSE(read_structure_source(dir.path().string(), entries, error));
   EXPECT_EQ(error, "cannot read " + dir.path().string() + " (it is a directory); give a file");
+  EXPECT_FALSE(read_structure_source("", entries, error));
+  EXPECT_EQ(error, "empty structure source: give FILE, ID=FILE or ID=FILE:CHAIN");
 }

@@ -19,29 +19,21 @@ BROKEN_MESSAGE = ("families/broken.fa line 4: '1' in sequence b is not a residue
                   "protein sequences hold letters only")
 
 
-def read_fasta(path):
-    entries = []
+def fasta_entries(path, keep):
+    """The entries of a FASTA file whose headers keep() accepts, as text."""
     with open(path) as fasta:
-        for line in fasta:
-            if line.startswith(">"):
-                entries.append([line, ""])
-            else:
-                entries[-1][1] += line
-    return entries
-
-
-def write_fasta(path, entries):
-    with open(path, "w") as fasta:
-        fasta.write("".join(header + body for header, body in entries))
+        entries = fasta.read().split("\n>")
+    return "".join((">" if k else "") + e + "\n" for k, e in enumerate(entries) if keep(k, e.lstrip(">").split()[0]))
 
 
 def make_families(examples, folder):
     os.makedirs(os.path.join(folder, "lyso"))
-    write_fasta(os.path.join(folder, "gst.fa"), read_fasta(os.path.join(examples, "gluts.fa"))[:4])
-    write_fasta(os.path.join(folder, "gst.ss.fa"), read_fasta(os.path.join(examples, "gluts.ss.fa"))[:4])
-    wanted = {">1lzt", ">1lz3", ">1hhl", ">1ghla"}
-    lysozymes = [e for e in read_fasta(os.path.join(examples, "lysozyme.fa")) if e[0].split()[0] in wanted]
-    write_fasta(os.path.join(folder, "lyso.fa"), lysozymes)
+    for name in ("gst.fa", "gst.ss.fa"):
+        with open(os.path.join(folder, name), "w") as out:
+            out.write(fasta_entries(os.path.join(examples, name.replace("gst", "gluts")), lambda k, _: k < 4))
+    wanted = {"1lzt", "1lz3", "1hhl", "1ghla"}
+    with open(os.path.join(folder, "lyso.fa"), "w") as out:
+        out.write(fasta_entries(os.path.join(examples, "lysozyme.fa"), lambda _, name: name in wanted))
     # mkdssp's output for hen lysozyme, named after the sequence it belongs to.
     shutil.copy(os.path.join(examples, "1dpx.dssp"), os.path.join(folder, "lyso", "1lzt.dssp"))
     with open(os.path.join(folder, "broken.fa"), "w") as broken:
