@@ -1,0 +1,11 @@
+REFERENCE ENTRY X
+ENTRY
+  P1 rest
+NOTE TITLE decoy
+TITLE real one
+DATE SEQUENCE
+SEQUENCE
+ruler
+ 1 M K V
+//// x
+ENTRY NEXT

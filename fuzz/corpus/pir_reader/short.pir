@@ -1,0 +1,6 @@
+ENTRY A1
+TITLE
+SEQUENCE
+ruler
+ 1 M K V
+///
