@@ -12,6 +12,8 @@ cd "$(dirname "$0")/.."
 time_each=$1
 shift
 jobs=${JOBS:-2}
+# Harnesses that read a path write each input to a scratch file: keep it in memory.
+[ -d /dev/shm ] && export TMPDIR=/dev/shm
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
   for src in fuzz/*_fuzz.cpp; do

@@ -3,7 +3,9 @@
 # a C++20 compiler (g++, and clang++ for the second test build), CMake,
 # clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
 # package dssp), which the structure tests run on a shipped PDB entry, and
-# Biopython, whose readers check ravlin-align's output.
+# Biopython, whose readers check ravlin-align's output, and libFuzzer (Debian
+# package libclang-rt-14-dev, only a recommendation of clang) for the reader
+# harnesses of fuzz/.
 set -euo pipefail
 
 missing=()
@@ -11,6 +13,7 @@ command -v g++ >/dev/null 2>&1 || missing+=(g++)
 command -v cmake >/dev/null 2>&1 || missing+=(cmake)
 command -v clang++ >/dev/null 2>&1 || missing+=(clang)
 command -v clang-format >/dev/null 2>&1 || missing+=(clang-format)
+compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a' >/dev/null || missing+=(libclang-rt-14-dev)
 [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev)
