@@ -37,9 +37,11 @@ fuzz_one() {
     -timeout=10 -print_final_stats=1 -artifact_prefix="$out/crashes/" "$out/new" "$corpus" >"$out/fuzz.log" 2>&1 || true
   # Keep the corpus small: only inputs that add coverage, seeds first.
   mkdir -p "$out/merged"
-  nice build-fuzz/fuzz/"${target}"_fuzz -merge=1 "$out/merged" "$corpus" "$out/new" >"$out/merge.log" 2>&1
-  rm -f "$corpus"/*
-  cp "$out/merged"/* "$corpus"/ 2>/dev/null || true
+  if nice build-fuzz/fuzz/"${target}"_fuzz -merge=1 "$out/merged" "$corpus" "$out/new" >"$out/merge.log" 2>&1 &&
+    [ -n "$(ls -A "$out/merged")" ]; then
+    rm -f "$corpus"/*
+    cp "$out/merged"/* "$corpus"/
+  fi
   for crash in "$out"/crashes/*; do
     [ -f "$crash" ] || continue
     nice build-fuzz/fuzz/"${target}"_fuzz -minimize_crash=1 -runs=20000 -exact_artifact_path="$crash.min" "$crash" \

@@ -25,9 +25,7 @@ inline void read_all_entries(const std::uint8_t* data, std::size_t size, int for
   static UniqueFile quiet = open_file("/dev/null", "w");
   std::vector<SeqRecord> table(static_cast<std::size_t>(kMaxSeqs) + 1);
   int count = 0;
-  guarded([&] {
-    mread_seq(input.get(), quiet.get(), table, count, kMaxSeqs + 1, format, kMinRes, kMaxRes);
-  });
+  guarded([&] { mread_seq(input.get(), quiet.get(), table, count, kMaxSeqs + 1, format, kMinRes, kMaxRes); });
   for (int k = 0; k < count && k < static_cast<int>(table.size()); ++k) check_record(table[k]);
 }
 
