@@ -35,9 +35,11 @@ fuzz_one() {
   # Readers take files of a few kilobytes; longer inputs only slow the search.
   nice build-fuzz/fuzz/"${target}"_fuzz -max_total_time="$time_each" -max_len=8192 -rss_limit_mb=2048 \
     -timeout=10 -print_final_stats=1 -artifact_prefix="$out/crashes/" "$out/new" "$corpus" >"$out/fuzz.log" 2>&1 || true
-  # Keep the corpus small: only inputs that add coverage, seeds first.
+  # Keep the corpus small: only inputs that reach code no earlier one reached
+  # (edges, not hit counts), seeds first.
   mkdir -p "$out/merged"
-  if nice build-fuzz/fuzz/"${target}"_fuzz -merge=1 "$out/merged" "$corpus" "$out/new" >"$out/merge.log" 2>&1 &&
+  if nice build-fuzz/fuzz/"${target}"_fuzz -merge=1 -use_counters=0 "$out/merged" "$corpus" "$out/new" \
+    >"$out/merge.log" 2>&1 &&
     [ -n "$(ls -A "$out/merged")" ]; then
     rm -f "$corpus"/*
     cp "$out/merged"/* "$corpus"/
