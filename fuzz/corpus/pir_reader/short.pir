@@ -1,6 +1,0 @@
-ENTRY A1
-TITLE
-SEQUENCE
-ruler
- 1 M K V
-///
