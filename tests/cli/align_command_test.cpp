@@ -258,7 +258,10 @@ TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
            "break; sleep 0.05; done; kill -INT $pid; wait $pid; }",
        128 + 2, interrupted},
       {"Ctrl-C before standard output gets the alignment", slow,
-       "{ " + bin + " -q in.fa 2>stderr.txt & pid=$!; sleep 0.5; kill -INT $pid; wait $pid; }", 128 + 2, interrupted},
+       "{ " + bin +
+           " in.fa 2>stderr.txt & pid=$!; for i in $(seq 200); do grep -q pairwise stderr.txt && break; sleep 0.05; "
+           "done; kill -INT $pid; wait $pid; }",
+       128 + 2, "ravlin-align: pairwise alignments ...\n" + interrupted},
       {"full standard output", ">a\nACDEFG\n>b\nACDFG\n", "{ " + bin + " -q in.fa >/dev/full 2>stderr.txt; }", 1,
        "ravlin-align: error: cannot write the alignment to standard output (No space left on device)\n"},
   };
