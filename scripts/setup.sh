@@ -4,8 +4,10 @@
 # clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
 # package dssp), which the structure tests run on a shipped PDB entry,
 # Biopython, whose readers check ravlin-align's output, Chromium, in which
-# the picture test opens ravlin-align's pages and drawings, and Snakemake,
-# which runs the workflow that aligns many families.
+# the picture test opens ravlin-align's pages and drawings, Snakemake, which
+# runs the workflow that aligns many families, and libFuzzer (Debian package
+# libclang-rt-14-dev, only a recommendation of clang) for the reader
+# harnesses of fuzz/.
 set -euo pipefail
 
 missing=()
@@ -13,6 +15,7 @@ command -v g++ >/dev/null 2>&1 || missing+=(g++)
 command -v cmake >/dev/null 2>&1 || missing+=(cmake)
 command -v clang++ >/dev/null 2>&1 || missing+=(clang)
 command -v clang-format >/dev/null 2>&1 || missing+=(clang-format)
+compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a' >/dev/null || missing+=(libclang-rt-14-dev)
 [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev)

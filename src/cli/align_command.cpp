@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "align/kernel_select.hpp"
 #include "cli/align_options.hpp"
@@ -62,6 +63,9 @@ void show_error(const std::string& text) {
 void on_engine_error(int level, const char* module, const char* message) {
   std::string text = trimmed_message(message);
   if (text.starts_with("Program check")) text += " (in " + std::string(module) + ")";
+  // The engine names only the limit; say what it means and what to do.
+  if (std::string_view(module) == "find_best_align")
+    text += ": an alignment holds at most 3,500 columns; align shorter sequences, or fewer at a time";
   if (!errorContext.empty()) text = errorContext + ": " + text;
   if (level != 1) {
     std::fprintf(stderr, "ravlin-align: warning: %s\n", text.c_str());

@@ -16,8 +16,17 @@ namespace fs = std::filesystem;
 // The temporary file's name where a signal handler can reach it.
 char pendingPath[4096] = "";
 
+// Only async-signal-safe calls here: a fixed text and write().
+void say_stopped(int signal) {
+  const char* text = signal == SIGINT    ? "ravlin-align: error: interrupted; no output was written\n"
+                     : signal == SIGTERM ? "ravlin-align: error: terminated; no output was written\n"
+                                         : "ravlin-align: error: hung up; no output was written\n";
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, std::strlen(text));
+}
+
 void on_signal(int signal) {
   discard_output();
+  say_stopped(signal);
   _exit(128 + signal);
 }
 
@@ -68,6 +77,7 @@ bool open_output(const std::string& path, bool force, const std::vector<std::str
                  std::string& error) {
   target.path = path;
   if (path.empty() || path == "-") {
+    catch_interrupts();  // the alignment kept in memory is lost: say so
     target.path.clear();
     target.stream = open_memstream(&target.buffer, &target.bufferSize);
     if (target.stream == nullptr) error = "cannot keep the alignment in memory (" + system_error() + ")";

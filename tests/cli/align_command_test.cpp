@@ -5,7 +5,9 @@
 // against itself, gaps 3 + 1 a position) their alignment is
 //   SEQA ACDEFGHIKLMN-   SEQB ACDEF-HIKLMN-   SEQC -CDEFGHIKLMNP
 // whatever the order, which every input format must reproduce.
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/test_support.hpp"
@@ -124,25 +126,161 @@ TEST(AlignCommand, FailuresLeaveNothingBehind) {
   }
 }
 
-// Inputs that other aligners stumble on end in an alignment.
+// The rows of a FASTA alignment: ids and gapped residues.
+std::vector<std::pair<std::string, std::string>> fasta_rows(const std::string& text) {
+  std::vector<std::pair<std::string, std::string>> rows;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with('>'))
+      rows.emplace_back(line.substr(1), "");
+    else if (!rows.empty())
+      rows.back().second += line;
+  }
+  return rows;
+}
+
+std::string ungapped(std::string row) {
+  std::erase(row, '-');
+  return row;
+}
+
+// 500 sequences of 3 residues, all different, none made only of structure
+// letters (which ravlin's text format would take for a structure line).
+std::string many_tiny_sequences() {
+  const std::string letters = "ADEFGKLMNPQRSVWY";
+  std::string text;
+  for (std::size_t k = 0; k < 500; ++k)
+    text +=
+        ">s" + std::to_string(k) + "\n" + letters[k % 16] + letters[k / 16 % 16] + letters[(k / 256 + k) % 16] + "\n";
+  return text;
+}
+
+// Inputs that other aligners stumble on end in an alignment or in a clear
+// message, in ravlin-align and in ravlin-batch (which reads them as ravlin's
+// text format, where a line of structure letters such as all X is the
+// entry's structure, not its residues).
 TEST(AlignCommand, DegenerateInputsAlign) {
+  const std::string fourThousand = [] {
+    std::string residues;
+    for (int k = 0; k < 4000; ++k) residues.push_back("ACDEFGHIKLMNPQRSTVWY"[k * 7 % 20]);
+    return residues;
+  }();
+  const std::string tooLong = "Alignment size exceeded, len = 3500";
+  const std::string fewerThanTwo = "Must have 2 or more sequences to align.";
+  const std::string tooShort = "Sequence has < 3 amino acids.";
   const struct {
     const char* what;
     std::string input;
-    std::string expected;
+    std::string expected;                   // ravlin-align's alignment; empty: only its rows are checked
+    std::string message;                    // ravlin-align's error instead of an alignment
+    std::string batchModule, batchMessage;  // ravlin-batch's fatal error; empty: a report
   } cases[] = {
-      {"one sequence", ">only\nMKV\n", ">only\nMKV\n"},
-      {"three identical", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n"},
+      {"empty file", "", "", "in.fa is empty; give a file of sequences", "mget_seqs", fewerThanTwo},
+      {"one sequence", ">only\nMKV\n", ">only\nMKV\n", "", "mget_seqs", fewerThanTwo},
+      {"three identical", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n", "", "", ""},
+      // Two copies of 4,000 residues make 4,000 columns, more than an alignment holds.
+      {"two identical of 4,000 residues", ">a\n" + fourThousand + "\n>b\n" + fourThousand + "\n", "",
+       tooLong + ": an alignment holds at most 3,500 columns", "find_best_align", tooLong + "\n"},
+      {"BA, BB and BC", ">BA\nBA\n>BB\nBB\n>BC\nBC\n", "", "sequence BA has 2 residues; ravlin aligns sequences of 3",
+       "store_seq_data", tooShort},
+      {"two letters each", ">x\nMK\n>y\nWW\n", "", "sequence x has 2 residues", "store_seq_data", tooShort},
+      {"500 of 3 residues", many_tiny_sequences(), "", "", "", ""},
+      {"4,000 copies of one letter", ">w\n" + std::string(4000, 'W') + "\n", "", "", "mget_seqs", fewerThanTwo},
       // X scores nothing against itself, so nothing pairs and the ends slide apart.
-      {"all X", ">a\nXXXX\n>b\nXXXX\n", ">a\n----XXXX\n>b\nXXXX----\n"},
+      {"all X", ">a\nXXXX\n>b\nXXXX\n", ">a\n----XXXX\n>b\nXXXX----\n", "", "store_seq_data", tooShort},
+      // A gap inside the helix costs more than the mismatches that avoid it.
+      {"a structure line of only helices", ">a first\nACDEFGHIKLMN\nHHHHHHHHHHHH\n\n>b second\nACDEFHIKLMN\n",
+       ">a first\nACDEFGHIKLMN\n>b second\nACDEFHIKLMN-\n", "", "", ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     TempDir dir;
     dir.write("in.fa", c.input);
     const AlignRun run = align(dir, "-q in.fa");
-    EXPECT_EQ(run.result.status, 0) << run.err;
-    EXPECT_EQ(run.result.out, c.expected);
+    if (!c.message.empty()) {
+      EXPECT_EQ(run.result.status, 1);
+      EXPECT_THAT(run.err, HasSubstr("ravlin-align: error: "));
+      EXPECT_THAT(run.err, HasSubstr(c.message));
+      EXPECT_EQ(run.result.out, "");
+    } else {
+      EXPECT_EQ(run.result.status, 0) << run.err;
+      if (!c.expected.empty()) {
+        EXPECT_EQ(run.result.out, c.expected);
+      } else {
+        const auto input = fasta_rows(c.input);
+        const auto rows = fasta_rows(run.result.out);
+        EXPECT_EQ(rows.size(), input.size());
+        for (std::size_t k = 0; k < rows.size() && k < input.size(); ++k) {
+          EXPECT_EQ(rows[k].first, input[k].first);
+          EXPECT_EQ(rows[k].second.size(), rows[0].second.size());
+          EXPECT_EQ(ungapped(rows[k].second), input[k].second);
+        }
+      }
+    }
+
+    dir.write("ravlin.wts", testsupport::read_file(testsupport::source_path("data/ravlin.wts")));
+    dir.write("run.parms",
+              "RAVLIN:SCOR_MATRIX ravlin.wts\nRAVLIN:STRUCT_BIAS 10\nRAVLIN:INC_GAP_PEN 5\nRAVLIN:PRINT_PCT_HOM 1\n"
+              "RAVLIN:PRINT_ORDER 0\nRAVLIN:CONSENSUS_PCT 50\nRAVLIN:ASCII_FLAG 1\nRAVLIN:RES_LINE_LEN 50\n"
+              "RAVLIN:PRINT_FORMAT 0\nRAVLIN:PRINT_PAIRWISE 0\nRAVLIN:DATA_FORMAT 5\nRAVLIN:DATA_FILE in.fa\n"
+              "RAVLIN:SEQ_SELECT 1\n");
+    const RunResult batch = testsupport::run_program(RAVLIN_BATCH_BIN, "run.parms batch.report", "", dir.path());
+    if (c.batchModule.empty()) {
+      EXPECT_EQ(batch.status, 0);
+      EXPECT_THAT(batch.out, ::testing::EndsWith("\nDoing Multiple Alignment\nDone\n"));
+    } else {
+      EXPECT_EQ(batch.status, 1);
+      EXPECT_THAT(batch.out, HasSubstr(testsupport::error_frame(1, c.batchModule, c.batchMessage)));
+    }
+  }
+}
+
+// A run stopped by Ctrl-C, or whose standard output is full, leaves no file
+// behind and says why.
+TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
+  std::string slow;  // takes seconds to align
+  for (int k = 0; k < 120; ++k) {
+    slow += ">s" + std::to_string(k) + "\n";
+    for (int r = 0; r < 300; ++r) slow.push_back("ACDEFGHIKLMNPQRSTVWY"[(r * r + k * r + k) % 20]);
+    slow += "\n";
+  }
+  const std::string bin = shell_quote(RAVLIN_ALIGN_BIN);
+  const std::string interrupted = "ravlin-align: error: interrupted; no output was written\n";
+  const struct {
+    const char* what;
+    std::string input;
+    std::string command;
+    int status;
+    std::string message;
+  } cases[] = {
+      // Interrupted once the temporary file exists.
+      {"Ctrl-C while writing a file", slow,
+       "{ " + bin +
+           " -q -o out.fa in.fa 2>stderr.txt & pid=$!; for i in $(seq 200); do ls -a | grep -q ravlin- && "
+           "break; sleep 0.05; done; kill -INT $pid; wait $pid; }",
+       128 + 2, interrupted},
+      {"Ctrl-C before standard output gets the alignment", slow,
+       "{ " + bin +
+           " in.fa 2>stderr.txt & pid=$!; for i in $(seq 200); do grep -q pairwise stderr.txt && break; sleep 0.05; "
+           "done; kill -INT $pid; wait $pid; }",
+       128 + 2,
+       "ravlin-align: shipped settings for inputs where no sequence has structure (ravlin-nostruct)\n"
+       "ravlin-align: pairwise alignments ...\n" +
+           interrupted},
+      {"full standard output", ">a\nACDEFG\n>b\nACDFG\n", "{ " + bin + " -q in.fa >/dev/full 2>stderr.txt; }", 1,
+       "ravlin-align: error: cannot write the alignment to standard output (No space left on device)\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    TempDir dir;
+    dir.write("in.fa", c.input);
+    const RunResult run = testsupport::run_command(c.command, "", dir.path());
+    EXPECT_EQ(run.status, c.status);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(dir.read("stderr.txt"), c.message);
+    std::size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(dir.path())) ++files;
+    EXPECT_EQ(files, 2u) << "only in.fa and stderr.txt";
   }
 }
 

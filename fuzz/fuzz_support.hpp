@@ -1,0 +1,70 @@
+// What every reader harness shares. The designed readers end the process on
+// a fatal error; here the error hook throws a harness-private exception
+// instead, so that one input ends as a normal return and the fuzzer goes on.
+// The readers hold their buffers and files in owning objects, so unwinding
+// through them leaks nothing.
+#pragma once
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "shell/errors.hpp"
+#include "shell/text_input.hpp"
+
+namespace fuzz {
+
+struct ReaderStopped {};
+
+inline void stop_on_fatal(int level, const char* /*module*/, const char* /*message*/) {
+  if (level == 1) throw ReaderStopped{};
+}
+
+// Runs read with fatal errors turned into a return; warnings are dropped.
+template <class Read>
+void guarded(Read&& read) {
+  set_error_hook(stop_on_fatal);
+  try {
+    read();
+  } catch (const ReaderStopped&) {
+  }
+}
+
+inline std::string text_of(const std::uint8_t* data, std::size_t size) {
+  return std::string(reinterpret_cast<const char*>(data), size);
+}
+
+// A read-only stream over bytes (which must outlive it); fmemopen refuses
+// an empty buffer, so an empty input is an empty file instead.
+inline UniqueFile stream_over(std::string& bytes) {
+  if (bytes.empty()) return UniqueFile(std::tmpfile());
+  return UniqueFile(fmemopen(bytes.data(), bytes.size(), "r"));
+}
+
+// Scratch files made by this process, removed when it ends.
+struct ScratchFiles {
+  std::vector<std::string> paths;
+  ~ScratchFiles() {
+    for (const std::string& path : paths) std::remove(path.c_str());
+  }
+};
+
+// The readers that take a path get this process's own scratch file.
+inline std::string file_holding(const std::string& bytes, const char* name) {
+  static ScratchFiles scratch;
+  const char* tmp = std::getenv("TMPDIR");
+  const std::string dir = tmp != nullptr && *tmp != '\0' ? tmp : "/tmp";
+  const std::string path = dir + "/ravlin-fuzz-" + std::to_string(getpid()) + "-" + name;
+  if (std::find(scratch.paths.begin(), scratch.paths.end(), path) == scratch.paths.end()) scratch.paths.push_back(path);
+  UniqueFile file = open_file(path, "wb");
+  if (file) std::fwrite(bytes.data(), 1, bytes.size(), file.get());
+  return path;
+}
+
+}  // namespace fuzz

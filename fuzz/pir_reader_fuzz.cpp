@@ -1,0 +1,7 @@
+// The PIR (NBRF) format: entries read one after another as a run reads a file.
+#include "fuzz/seq_entries.hpp"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::read_all_entries(data, size, kFormatPir);
+  return 0;
+}

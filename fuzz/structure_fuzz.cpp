@@ -1,0 +1,28 @@
+// A structure file as ravlin-align is given it: the format recognised from
+// the content and read, then every structure placed on a sequence of its own
+// residues (or, for formats without residues, a sequence as long as its
+// states), as assign_structures does for the input's sequences.
+#include <cstdlib>
+
+#include "fuzz/fuzz_support.hpp"
+#include "structure/placement.hpp"
+#include "structure/structure_source.hpp"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string path = fuzz::file_holding(fuzz::text_of(data, size), "structure");
+  std::vector<StructEntry> entries;
+  std::string error;
+  if (!read_structure_source(path, entries, error)) return 0;
+  std::vector<std::string> ids, sequences, sRes;
+  for (const StructEntry& entry : entries) {
+    ids.push_back(entry.id);
+    std::string residues = entry.residues.empty() ? std::string(entry.states.size(), 'A') : entry.residues;
+    for (char& c : residues)
+      if (c < 'A' || c > 'Z') c = 'X';
+    sequences.push_back(residues);
+  }
+  if (!assign_structures(entries, ids, sequences, sRes, error)) return 0;
+  for (std::size_t k = 0; k < sRes.size(); ++k)
+    if (sRes[k].size() != sequences[k].size()) std::abort();
+  return 0;
+}
