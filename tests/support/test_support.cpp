@@ -25,7 +25,7 @@ TempDir::~TempDir() {
 
 std::filesystem::path TempDir::write(const std::string& name, const std::string& text) const {
   const auto full = path_ / name;
-  write_file(full, text);
+  std::ofstream(full, std::ios::binary) << text;
   return full;
 }
 
@@ -43,11 +43,6 @@ UniqueFile stream_of(const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), stream.get());
   std::rewind(stream.get());
   return stream;
-}
-
-void write_file(const std::filesystem::path& path, const std::string& text) {
-  std::ofstream out(path, std::ios::binary);
-  out << text;
 }
 
 std::string shell_quote(const std::string& word) {

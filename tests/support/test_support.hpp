@@ -33,7 +33,6 @@ class TempDir {
 std::string read_file(const std::filesystem::path& path);
 // An open stream positioned at the start of text (which may hold any bytes).
 UniqueFile stream_of(const std::string& text);
-void write_file(const std::filesystem::path& path, const std::string& text);
 
 struct RunResult {
   int status = -1;  // exit status, or -1 when the program did not exit normally
