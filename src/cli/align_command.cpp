@@ -276,9 +276,9 @@ void write_result(const AlignOptions& options, const std::vector<int>& alignOrde
 std::vector<std::string> files_read(const AlignOptions& options) {
   std::vector<std::string> files = {options.input, options.paramsFile, options.weightsFile, options.anchorsFile};
   for (const std::string& source : options.ssFiles) {
-    StructSource spec;
+    StructSource parsed;
     std::string ignored;
-    files.push_back(parse_structure_source(source, spec, ignored) ? spec.path : source);
+    files.push_back(parse_structure_source(source, parsed, ignored) ? parsed.path : source);
   }
   files.erase(std::remove(files.begin(), files.end(), std::string()), files.end());
   return files;
