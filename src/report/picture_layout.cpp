@@ -82,16 +82,22 @@ std::size_t utf8_length(std::string_view text, std::size_t at) {
   return length;
 }
 
+// Copies the character at text[at], '?' for a byte that is not UTF-8 (a
+// Latin-1 header, say), which would make the file unreadable; returns the
+// bytes taken.
+std::size_t append_utf8_char(std::string& out, std::string_view text, std::size_t at) {
+  const std::size_t length = utf8_length(text, at);
+  out += length == 0 ? std::string_view("?") : text.substr(at, length);
+  return std::max<std::size_t>(length, 1);
+}
+
 }  // namespace
 
 void append_escaped(std::string& out, std::string_view text) {
   for (std::size_t at = 0; at < text.size(); ++at) {
     const char ch = text[at];
-    // Bytes that are not UTF-8 (a Latin-1 header, say) would make the file unreadable as XML.
     if (static_cast<unsigned char>(ch) >= 0x80) {
-      const std::size_t length = utf8_length(text, at);
-      out += length == 0 ? std::string_view("?") : text.substr(at, length);
-      at += length == 0 ? 0 : length - 1;
+      at += append_utf8_char(out, text, at) - 1;
       continue;
     }
     switch (ch) {
@@ -117,6 +123,22 @@ void append_escaped(std::string& out, std::string_view text) {
         } else {
           out += ch;
         }
+    }
+  }
+}
+
+void append_script_text(std::string& out, std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char ch = text[at];
+    if (static_cast<unsigned char>(ch) >= 0x80) {
+      at += append_utf8_char(out, text, at) - 1;
+    } else if (ch == '"' || ch == '\\') {
+      out += '\\';
+      out += ch;
+    } else if (ch == '<' || ch == '>' || ch == '&') {
+      out += ch == '<' ? "\\u003c" : ch == '>' ? "\\u003e" : "\\u0026";
+    } else {
+      out += static_cast<unsigned char>(ch) < 0x20 ? ' ' : ch;
     }
   }
 }

@@ -51,5 +51,8 @@ bool is_strand(char state);
 void append_int(std::string& out, long value);
 // Text for an SVG or HTML text node or attribute value.
 void append_escaped(std::string& out, std::string_view text);
+// Text for a double-quoted string of a script inside the drawing: no
+// character that would end the string, the script or its CDATA section.
+void append_script_text(std::string& out, std::string_view text);
 // The shown id: cut to the id pane's width, with an ellipsis.
 std::string shown_id(const std::string& id);

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "report/picture_hover.hpp"
 #include "report/picture_layout.hpp"
 #include "report/structure_track.hpp"
 #include "shell/version.hpp"
@@ -22,7 +23,7 @@ constexpr int kIdX = 8;
 constexpr std::string_view kPictureStyle =
     ".pic text{font-family:\"DejaVu Sans Mono\",\"Liberation Mono\",Menlo,Consolas,monospace;font-size:12px;"
     "fill:#000}\n"
-    ".pic .res{text-anchor:middle;pointer-events:none}\n"
+    ".pic .res{font-size:14px;pointer-events:none}\n"
     ".pic .num{font-size:10px;fill:#666}\n"
     ".pic .rul{font-size:10px;fill:#666;text-anchor:middle}\n"
     ".pic .lab{font-style:italic;fill:#666}\n"
@@ -31,7 +32,11 @@ constexpr std::string_view kPictureStyle =
     ".pic .helix{fill:#e0403a;stroke:#8a1c18;stroke-width:.6}\n"
     ".pic .strand{fill:#f2b52b;stroke:#8a6200;stroke-width:.6}\n"
     ".pic .grp,.pic .anchor{fill:none;stroke:#000;stroke-width:1.5}\n"
-    ".pic .bar{fill:#7a8fc0}\n";
+    ".pic .bar{fill:#7a8fc0}\n"
+    ".pic .cells path{fill:none;stroke-width:14px}\n"
+    ".pic .tip{pointer-events:none}\n"
+    ".pic .tip rect{fill:#ffffe8;stroke:#888}\n"
+    ".pic .tip text{font-size:11px}\n";
 
 constexpr std::string_view kPageStyle =
     "body{font-family:sans-serif;margin:16px;color:#222}\n"
@@ -101,17 +106,6 @@ void append_text(std::string& out, std::string_view cls, int x, int y, std::stri
   out += "</text>";
 }
 
-void append_palette(std::string& out, ColourScheme scheme) {
-  out += "<defs>";
-  const std::vector<std::string> palette = scheme_palette(scheme);
-  for (std::size_t k = 0; k < palette.size(); ++k) {
-    out += "<rect id=\"c";
-    append_int(out, static_cast<long>(k));
-    out += "\" width=\"10\" height=\"14\" fill=\"" + palette[k] + "\"/>";
-  }
-  out += "</defs>";
-}
-
 // ---- blocks ----
 
 void append_ruler(std::string& out, int first, int last, const PictureLayout& layout) {
@@ -127,91 +121,121 @@ void append_ruler(std::string& out, int first, int last, const PictureLayout& la
   if (!ticks.empty()) out += "<path class=\"tick\" d=\"" + ticks + "\"/>";
 }
 
-// The hover text of one residue: id, residue and number, structure, anchor.
-void append_residue_title(std::string& out, const ViewRow& row, std::size_t c, int number) {
-  out += "<title>";
-  append_escaped(out, row.id);
-  out += ' ';
-  append_escaped(out, std::string_view(&row.residues[c], 1));
-  append_int(out, number);
-  const std::string_view state = state_word(c < row.structure.size() ? row.structure[c] : 'X');
-  if (!state.empty()) {
-    out += ' ';
-    out += state;
+// The residues' colours: one path per colour for the whole block, a
+// horizontal stroke the height of a row through each run of cells of that
+// colour. A cell of its own would cost an element per residue, more than a
+// browser can draw for the largest alignments.
+void append_cell_colours(std::string& out, const std::vector<std::string>& colours,
+                         const std::vector<std::string>& palette, int first, int last, const PictureLayout& layout) {
+  std::vector<std::string> paths(palette.size());
+  std::vector<int> penX(palette.size(), -1);  // where each colour's pen stands in the current row, -1 off the row
+  for (std::size_t r = 0; r < colours.size(); ++r) {
+    std::fill(penX.begin(), penX.end(), -1);
+    for (int c = first; c <= last;) {
+      const unsigned char colour = static_cast<unsigned char>(colours[r][static_cast<std::size_t>(c)]);
+      int end = c;
+      while (end < last && static_cast<unsigned char>(colours[r][static_cast<std::size_t>(end + 1)]) == colour) ++end;
+      if (colour != 0 && colour < palette.size()) {
+        std::string& path = paths[colour];
+        const int x = column_x(layout, c);
+        if (penX[colour] < 0) {
+          path += 'M';
+          append_int(path, x);
+          path += ' ';
+          append_int(path, layout.rowY[r] + kRowHeight / 2);
+        } else {
+          path += 'm';
+          append_int(path, x - penX[colour]);
+          path += " 0";
+        }
+        path += 'h';
+        append_int(path, (end - c + 1) * kCellWidth);
+        penX[colour] = column_x(layout, end) + kCellWidth;
+      }
+      c = end + 1;
+    }
   }
-  const char group = c < row.groups.size() ? row.groups[c] : '-';
-  if (group == '*') out += ", gap-free group";
-  if (group >= '1' && group <= '5') {
-    out += ", anchor ";
-    out += group;
+  std::string layer;
+  for (std::size_t k = 1; k < paths.size(); ++k) {
+    if (paths[k].empty()) continue;
+    layer += "<path stroke=\"" + palette[k] + "\" d=\"";
+    layer += paths[k];
+    layer += "\"/>";
   }
-  out += "</title>";
+  if (!layer.empty()) out += "<g class=\"cells\">" + layer + "</g>";
 }
 
-// A path segment under a group's residues, or a box round an anchor.
-void append_group_mark(std::string& groups, std::string& anchors, const ViewRow& row, std::size_t c, int x) {
-  const char group = c < row.groups.size() ? row.groups[c] : '-';
-  if (group == '*') {
-    groups += 'M';
-    append_int(groups, x);
-    groups += " 13h10";
-  } else if (group >= '1' && group <= '5') {
-    anchors += 'M';
-    append_int(anchors, x + 1);
-    anchors += " 1h8v12h-8z";
-  }
-}
-
-void append_residue_row(std::string& out, const ViewRow& row, const std::string& colours, int rowY, int first, int last,
-                        int& count, const PictureLayout& layout) {
-  out += "<g transform=\"translate(0,";
-  append_int(out, rowY);
-  out += ")\">";
-  std::string xs, letters, groups, anchors;
+// A segment under each stretch of a gap-free group, a box round each anchor.
+void append_group_marks(std::string& groups, std::string& anchors, const ViewRow& row, int rowY, int first, int last,
+                        const PictureLayout& layout) {
   for (int c = first; c <= last; ++c) {
-    const std::size_t at = static_cast<std::size_t>(c);
-    if (row.residues[at] == ' ') continue;
-    ++count;
+    const char group = static_cast<std::size_t>(c) < row.groups.size() ? row.groups[static_cast<std::size_t>(c)] : '-';
     const int x = column_x(layout, c);
-    out += "<use href=\"#c";
-    append_int(out, colours[at]);
-    out += "\" x=\"";
-    append_int(out, x);
-    out += "\">";
-    append_residue_title(out, row, at, residue_number(row, count));
-    out += "</use>";
-    if (!xs.empty()) xs += ' ';
-    append_int(xs, x + kCellWidth / 2);
-    letters += row.residues[at];
-    append_group_mark(groups, anchors, row, at, x);
+    if (group == '*') {
+      int end = c;
+      while (end < last && static_cast<std::size_t>(end + 1) < row.groups.size() &&
+             row.groups[static_cast<std::size_t>(end + 1)] == '*')
+        ++end;
+      groups += 'M';
+      append_int(groups, x);
+      groups += ' ';
+      append_int(groups, rowY + 13);
+      groups += 'h';
+      append_int(groups, (end - c + 1) * kCellWidth);
+      c = end;
+    } else if (group >= '1' && group <= '5') {
+      anchors += 'M';
+      append_int(anchors, x + 1);
+      anchors += ' ';
+      append_int(anchors, rowY + 1);
+      anchors += "h8v12h-8z";
+    }
   }
-  if (!letters.empty()) {
-    out += "<text class=\"res\" x=\"" + xs + "\" y=\"";
-    append_int(out, kTextBaseline);
-    out += "\">";
-    append_escaped(out, letters);
-    out += "</text>";
+}
+
+// Letters standing one a column from `column` on. The font is monospaced,
+// so stretching the text to its columns puts every letter in its cell:
+// a position per letter would cost the browser a layout per letter.
+void append_letters(std::string& out, int column, int y, std::string_view letters, const PictureLayout& layout) {
+  out += "<text class=\"res\" x=\"";
+  append_int(out, column_x(layout, column));
+  out += "\" y=\"";
+  append_int(out, y);
+  out += "\" textLength=\"";
+  append_int(out, static_cast<long>(letters.size()) * kCellWidth);
+  out += "\" lengthAdjust=\"spacingAndGlyphs\">";
+  append_escaped(out, letters);
+  out += "</text>";
+}
+
+// The row's residues, a text for each stretch without a gap, then the
+// number of the block's last residue.
+void append_residue_row(std::string& out, const ViewRow& row, int rowY, int first, int last, int& count,
+                        const PictureLayout& layout) {
+  for (int c = first; c <= last;) {
+    if (row.residues[static_cast<std::size_t>(c)] == ' ') {
+      ++c;
+      continue;
+    }
+    int end = c;
+    while (end < last && row.residues[static_cast<std::size_t>(end + 1)] != ' ') ++end;
+    append_letters(
+        out, c, rowY + kTextBaseline,
+        std::string_view(row.residues).substr(static_cast<std::size_t>(c), static_cast<std::size_t>(end - c + 1)),
+        layout);
+    count += end - c + 1;
+    c = end + 1;
   }
-  if (!groups.empty()) out += "<path class=\"grp\" d=\"" + groups + "\"/>";
-  if (!anchors.empty()) out += "<path class=\"anchor\" d=\"" + anchors + "\"/>";
-  append_text(out, "num", (last - first + 1) * kCellWidth + 6, kTextBaseline,
+  append_text(out, "num", (last - first + 1) * kCellWidth + 6, rowY + kTextBaseline,
               std::to_string(residue_number(row, count)));
-  out += "</g>";
 }
 
 void append_consensus(std::string& out, const AlignmentView& view, int first, int last, const PictureLayout& layout) {
-  std::string xs;
-  for (int c = first; c <= last; ++c) {
-    if (c > first) xs += ' ';
-    append_int(xs, column_x(layout, c) + kCellWidth / 2);
-  }
-  out += "<text class=\"res\" x=\"" + xs + "\" y=\"";
-  append_int(out, layout.consensusY + kTextBaseline);
-  out += "\">";
   const std::size_t from = static_cast<std::size_t>(first);
   const std::size_t length = static_cast<std::size_t>(last - first + 1);
-  append_escaped(out, view.consensus.size() >= from + length ? view.consensus.substr(from, length) : "");
-  out += "</text>";
+  if (view.consensus.size() < from + length) return;
+  append_letters(out, first, layout.consensusY + kTextBaseline, std::string_view(view.consensus).substr(from, length),
+                 layout);
 }
 
 // Per column, how many sequences hold its most frequent residue.
@@ -252,6 +276,7 @@ void append_conservation(std::string& out, const std::vector<int>& top, int rows
 void append_blocks_pane(std::FILE* stream, std::string& out, const AlignmentView& view, const PictureOptions& options,
                         const PictureLayout& layout) {
   const std::vector<std::string> colours = calc_residue_colours(view, options.colour);
+  const std::vector<std::string> palette = scheme_palette(options.colour);
   const std::vector<int> top = calc_top_counts(view);
   std::vector<int> counts(view.rows.size(), 0);
   for (int b = 0; b < layout.blocks; ++b) {
@@ -261,10 +286,15 @@ void append_blocks_pane(std::FILE* stream, std::string& out, const AlignmentView
     append_int(out, block_top(layout, b));
     out += ")\">";
     append_ruler(out, first, last, layout);
+    append_cell_colours(out, colours, palette, first, last, layout);
+    std::string groups, anchors;
     for (std::size_t r = 0; r < view.rows.size(); ++r) {
-      append_residue_row(out, view.rows[r], colours[r], layout.rowY[r], first, last, counts[r], layout);
+      append_residue_row(out, view.rows[r], layout.rowY[r], first, last, counts[r], layout);
+      append_group_marks(groups, anchors, view.rows[r], layout.rowY[r], first, last, layout);
       if (out.size() > kFlushSize) flush_text(stream, out);
     }
+    if (!groups.empty()) out += "<path class=\"grp\" d=\"" + groups + "\"/>";
+    if (!anchors.empty()) out += "<path class=\"anchor\" d=\"" + anchors + "\"/>";
     append_consensus(out, view, first, last, layout);
     append_conservation(out, top, static_cast<int>(view.rows.size()), first, last, layout);
     out += "</g>";
@@ -273,6 +303,7 @@ void append_blocks_pane(std::FILE* stream, std::string& out, const AlignmentView
     append_structure_track(out, view.rows[r], static_cast<int>(r), layout);
     if (out.size() > kFlushSize) flush_text(stream, out);
   }
+  append_hover_script(out, view, layout);
 }
 
 // ---- ids ----
@@ -299,9 +330,13 @@ void append_id_pane(std::string& out, const AlignmentView& view, const PictureLa
   }
 }
 
-void append_svg_open(std::string& out, std::string_view cls, int width, int height) {
+void append_svg_open(std::string& out, std::string_view cls, int width, int height, std::string_view id = {}) {
   out += "<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"";
   out += cls;
+  if (!id.empty()) {
+    out += "\" id=\"";
+    out += id;
+  }
   out += "\" width=\"";
   append_int(out, width);
   out += "\" height=\"";
@@ -336,8 +371,7 @@ void write_html_picture(std::FILE* stream, const AlignmentView& view, const Pict
   append_svg_open(out, "pic ids", layout.idWidth, height);
   append_id_pane(out, view, layout);
   out += "</svg>\n";
-  append_svg_open(out, "pic body", layout.bodyWidth, height);
-  append_palette(out, options.colour);
+  append_svg_open(out, "pic body", layout.bodyWidth, height, kBlocksId);
   append_blocks_pane(stream, out, view, options, layout);
   out += "</svg>\n</div>\n</body>\n</html>\n";
   flush_text(stream, out);
@@ -356,9 +390,10 @@ void write_svg_picture(std::FILE* stream, const AlignmentView& view, const Pictu
   out += "</desc>\n<style>\n";
   out += kPictureStyle;
   out += "</style>\n<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
-  append_palette(out, options.colour);
   append_id_pane(out, view, layout);
-  out += "\n<g transform=\"translate(";
+  out += "\n<g id=\"";
+  out += kBlocksId;
+  out += "\" transform=\"translate(";
   append_int(out, layout.idWidth);
   out += ",0)\">";
   append_blocks_pane(stream, out, view, options, layout);

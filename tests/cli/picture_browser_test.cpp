@@ -1,7 +1,7 @@
 // ravlin-align's pictures in a real browser (headless Chromium): the page
-// is not blank, shows colour where the residues are, and its DOM holds one
+// is not blank, shows colour where the residues are, its DOM holds one
 // helix element per helix run and one strand element per strand run of the
-// input's structure.
+// input's structure, and the pointer over a residue names it.
 #include <sstream>
 #include <string>
 
@@ -19,6 +19,23 @@ constexpr const char* kClustalFills = "'#80a0f0' '#f01505' '#c048c0' '#15c015' '
 
 std::string example(const std::string& name) { return shell_quote(testsupport::source_path("examples/" + name)); }
 
+// Moves the pointer over points of the blocks (in the blocks' own
+// coordinates) and keeps what the hover box says at each ("-" for nothing)
+// in the attribute data-hover of the blocks.
+std::string with_pointer_probe(std::string picture, const std::string& points) {
+  const std::string probe =
+      "<script>(function () { var host = document.getElementById('blocks'), svg = host.ownerSVGElement || host;"
+      " var seen = []; [" +
+      points +
+      "].forEach(function (p) { var q = svg.createSVGPoint(); q.x = p[0]; q.y = p[1];"
+      " q = q.matrixTransform(host.getScreenCTM());"
+      " svg.dispatchEvent(new PointerEvent('pointermove', {clientX: q.x, clientY: q.y}));"
+      " var tip = host.querySelector('.tip'); seen.push(tip.getAttribute('display') ? '-' : tip.textContent); });"
+      " host.setAttribute('data-hover', seen.join('|')); })();</script>\n";
+  picture.insert(picture.rfind(picture.starts_with("<?xml") ? "</svg>" : "</body>"), probe);
+  return picture;
+}
+
 int count_of(const std::string& text, const std::string& part) {
   int count = 0;
   for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
@@ -34,31 +51,37 @@ TEST(PictureBrowser, PicturesShowResiduesAndStructure) {
     std::string file;
     int helices, strands;  // runs of H, G, I and of E, B in the structure file, counted by hand
     bool residueColours;   // residues in Clustal X's fills
+    std::string points;    // where the pointer goes: cell centres (column * 10 + 5, row top + 7), the last in a gap
+    std::string hovers;    // from the input files, by hand
   } cases[] = {
       {"page, Clustal X colours", "-f html " + example("gluts.fa") + " --ss " + example("gluts.ss.fa"), "out.html", 135,
-       70, true},
+       70, true, "[195, 33], [35, 33]", "1hna I16 helix|-"},
       {"standalone drawing, anchors, no colours",
        "-f svg --colour none " + example("pla2_anchored.fa") + " -s " + example("pla2_anchored.ss.fa") + " --anchors " +
            example("pla2_anchored.anchors.fa"),
-       "out.svg", 38, 27, false},
+       "out.svg", 38, 27, false, "[475, 33], [245, 33], [5, 420]",
+       "1bp2 H48 helix, anchor 1|1bp2 Y25 strand, gap-free group|-"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const TempDir dir;
     const RunResult run = testsupport::run_program(RAVLIN_ALIGN_BIN, "-q -o " + c.file + " " + c.args, "", dir.path());
     ASSERT_EQ(run.status, 0);
+    const std::string probed = "probed-" + c.file;
+    dir.write(probed, with_pointer_probe(dir.read(c.file), c.points));
     const RunResult browser = testsupport::run_command(
         std::string(kChromium) +
             " --headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking"
             " --disable-component-update --disable-sync --hide-scrollbars --user-data-dir=profile"
             " --window-size=800,600 --screenshot=shot.png --dump-dom file://" +
-            dir.file(c.file).string() + " 2>/dev/null",
+            dir.file(probed).string() + " 2>/dev/null",
         "", dir.path());
     ASSERT_EQ(browser.status, 0);
     const std::string& dom = browser.out;
     EXPECT_EQ(dom.find("parsererror"), std::string::npos) << "the file does not parse";
     EXPECT_EQ(count_of(dom, "class=\"helix\""), c.helices);
     EXPECT_EQ(count_of(dom, "class=\"strand\""), c.strands);
+    EXPECT_NE(dom.find("data-hover=\"" + c.hovers + "\""), std::string::npos) << "hover texts: " << c.hovers;
 
     const RunResult pixels = testsupport::run_command(
         "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/png_pixels.py").string()) + " shot.png " +

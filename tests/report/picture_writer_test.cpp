@@ -1,6 +1,6 @@
 // The picture's structure elements: one per helix or strand however gaps and
-// block ends cut it, with the sequence's id and residue numbers; a title
-// per residue; nothing for gaps.
+// block ends cut it, with the sequence's id and residue numbers; residues
+// stretched over their cells; what the hover script reads; the marks.
 #include "report/picture_writer.hpp"
 
 #include <gtest/gtest.h>
@@ -110,27 +110,37 @@ TEST(PictureWriter, OneElementPerHelixAndStrand) {
     view.consensus = std::string(static_cast<std::size_t>(view.width), '-');
     const std::string svg = drawn_svg(view, c.blockWidth);
     EXPECT_EQ(structure_elements(svg), c.expected);
-    // One hover target per residue, none for gaps.
-    std::size_t residues = 0;
+    // Every residue and consensus letter drawn once, each text as wide as its columns.
+    std::size_t letters = 0, residues = static_cast<std::size_t>(view.width);
     for (const ViewRow& row : c.rows) residues += row.residues.size() - count_of(row.residues, " ");
-    EXPECT_EQ(count_of(svg, "<use "), residues);
+    for (std::size_t at = svg.find("<text class=\"res\""); at != std::string::npos;
+         at = svg.find("<text class=\"res\"", at + 1)) {
+      const std::string text = svg.substr(at, svg.find("</text>", at) - at);
+      const std::size_t length = text.size() - text.find('>') - 1;
+      EXPECT_EQ(attribute(text, "textLength"), std::to_string(length * 10)) << text;
+      letters += length;
+    }
+    EXPECT_EQ(letters, residues);
   }
 }
 
-// Hover texts name the sequence, the residue and its number, its state and
-// its anchor; anchors are boxed and groups underlined.
-TEST(PictureWriter, ResidueTitlesAndMarks) {
-  ViewRow row = row_of("p1", "MK VL", "HH CC");
-  row.groups = "1* **";
+// The hover script's rows (residues, states, anchors and groups, numbering,
+// ids safe inside a script) and the marks: anchors boxed, groups underlined.
+TEST(PictureWriter, HoverDataAndMarks) {
+  static const std::vector<std::int32_t> numbering = {0, 101, 102, 103};
+  ViewRow marked = row_of("p1", "MK VL", "HH CC");
+  marked.groups = "1* **";
+  ViewRow numbered = row_of("x&<y\"", "ACD  ", "XXXXX", false);
+  numbered.resNums = numbering;
   AlignmentView view;
   view.width = 5;
-  view.rows = {row};
+  view.rows = {marked, numbered};
   view.consensus = "MK-VL";
   const std::string svg = drawn_svg(view, 60);
-  EXPECT_NE(svg.find("<title>p1 M1 helix, anchor 1</title>"), std::string::npos);
-  EXPECT_NE(svg.find("<title>p1 L4 coil, gap-free group</title>"), std::string::npos);
-  EXPECT_NE(svg.find("<path class=\"anchor\" d=\"M1 1h8v12h-8z\"/>"), std::string::npos);
-  EXPECT_NE(svg.find("<path class=\"grp\" d=\"M10 13h10M30 13h10M40 13h10\"/>"), std::string::npos);
+  EXPECT_NE(svg.find("{id:\"p1\",r:\"MK-VL\",s:\"HH.CC\",g:\"1*-**\"},"), std::string::npos);
+  EXPECT_NE(svg.find("{id:\"x\\u0026\\u003cy\\\"\",r:\"ACD--\",n:[0,101,102,103]},"), std::string::npos);
+  EXPECT_NE(svg.find("<path class=\"anchor\" d=\"M1 27h8v12h-8z\"/>"), std::string::npos);
+  EXPECT_NE(svg.find("<path class=\"grp\" d=\"M10 39h10M30 39h20\"/>"), std::string::npos);
   EXPECT_EQ(svg.find("date"), std::string::npos);
 }
 
