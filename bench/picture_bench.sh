@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Times ravlin-align's pictures on a synthetic family and gives their size:
 #   bench/picture_bench.sh RAVLIN_ALIGN COUNT LENGTH WORKDIR [FORMAT]
-# e.g. bench/picture_bench.sh build/apps/ravlin-align 500 3340 /tmp/pic html
-# (500 sequences; 3,340 residues give 3,500 columns, the most ravlin-align
+# e.g. bench/picture_bench.sh build/apps/ravlin-align 500 3489 /tmp/pic html
+# (500 sequences; 3,489 residues give 3,500 columns, the most ravlin-align
 # takes). The sequences keep input order and no table of percent homology is
 # printed, so that no pair is aligned; the time of the picture is the total
 # less the multiple alignment's, which the program prints.
