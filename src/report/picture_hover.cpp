@@ -116,7 +116,9 @@ bool has_own_numbering(const ViewRow& row) {
 void append_row_data(std::string& out, const ViewRow& row) {
   out += "{id:\"";
   append_script_text(out, row.id);
-  out += "\",r:\"" + residue_letters(row) + '"';
+  out += "\",r:\"";
+  append_script_text(out, residue_letters(row));
+  out += '"';
   const std::string states = state_letters(row);
   if (!states.empty()) out += ",s:\"" + states + '"';
   const std::string groups = group_letters(row);
