@@ -85,9 +85,9 @@ std::string state_letters(const ViewRow& row) {
   std::string letters(row.residues.size(), '.');
   bool known = false;
   for (std::size_t c = 0; c < letters.size(); ++c) {
-    const std::string_view word = state_word(c < row.structure.size() ? row.structure[c] : 'X');
-    if (word.empty()) continue;
-    letters[c] = word == "strand" ? 'E' : static_cast<char>(word[0] - 'a' + 'A');
+    const char state = c < row.structure.size() ? row.structure[c] : 'X';
+    if (state_word(state).empty()) continue;
+    letters[c] = is_helix(state) ? 'H' : is_strand(state) ? 'E' : state == 'T' ? 'T' : 'C';
     known = true;
   }
   return known ? letters : std::string();

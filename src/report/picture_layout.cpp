@@ -63,6 +63,12 @@ std::string_view state_word(char state) {
 bool is_helix(char state) { return state == 'H'; }
 bool is_strand(char state) { return state == 'B' || state == 'E'; }
 
+int same_run_end(std::string_view line, int column, int last) {
+  const int end = std::min(last, static_cast<int>(line.size()) - 1);
+  while (column < end && line[static_cast<std::size_t>(column + 1)] == line[static_cast<std::size_t>(column)]) ++column;
+  return column;
+}
+
 void append_int(std::string& out, long value) {
   char text[24];
   const auto result = std::to_chars(text, text + sizeof text, value);

@@ -48,6 +48,10 @@ std::string_view state_word(char state);
 bool is_helix(char state);
 bool is_strand(char state);
 
+// The last column, at most `last`, of the stretch from `column` on that
+// holds the same byte as `column` in `line`.
+int same_run_end(std::string_view line, int column, int last);
+
 void append_int(std::string& out, long value);
 // Text for an SVG or HTML text node or attribute value.
 void append_escaped(std::string& out, std::string_view text);

@@ -133,8 +133,7 @@ void append_cell_colours(std::string& out, const std::vector<std::string>& colou
     std::fill(penX.begin(), penX.end(), -1);
     for (int c = first; c <= last;) {
       const unsigned char colour = static_cast<unsigned char>(colours[r][static_cast<std::size_t>(c)]);
-      int end = c;
-      while (end < last && static_cast<unsigned char>(colours[r][static_cast<std::size_t>(end + 1)]) == colour) ++end;
+      const int end = same_run_end(colours[r], c, last);
       if (colour != 0 && colour < palette.size()) {
         std::string& path = paths[colour];
         const int x = column_x(layout, c);
@@ -172,10 +171,7 @@ void append_group_marks(std::string& groups, std::string& anchors, const ViewRow
     const char group = static_cast<std::size_t>(c) < row.groups.size() ? row.groups[static_cast<std::size_t>(c)] : '-';
     const int x = column_x(layout, c);
     if (group == '*') {
-      int end = c;
-      while (end < last && static_cast<std::size_t>(end + 1) < row.groups.size() &&
-             row.groups[static_cast<std::size_t>(end + 1)] == '*')
-        ++end;
+      const int end = same_run_end(row.groups, c, last);
       groups += 'M';
       append_int(groups, x);
       groups += ' ';
