@@ -2,8 +2,7 @@
 // no menus, for scripts and pipelines.
 #include <cstdio>
 
-#include "malign/run_driver.hpp"
-#include "shell/errors.hpp"
+#include "designed_run.hpp"
 
 namespace {
 
@@ -41,7 +40,5 @@ int main(int argc, char** argv) {
     std::fputs(kUsage, stderr);
     return 2;
   }
-  // Texts grow with their input; running out of memory for one still ends
-  // the run with the out-of-memory frame rather than an abort.
-  return checked_alloc("main", [&] { return ravlin_main(argv[1], argv[2]); });
+  return ravlin_main(argv[1], argv[2]);
 }

@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "malign/run_driver.hpp"
+#include "designed_run.hpp"
+#include "error_frame.hpp"
 #include "seq/seq_record.hpp"
-#include "shell/errors.hpp"
 #include "shell/limits.hpp"
 #include "shell/parms.hpp"
 #include "shell/version.hpp"
@@ -166,9 +166,9 @@ void ravlin_setup(int argc, char** argv) {
   data.reset();
   get_output_file(resultsFname);
   write_tmp_parms(dataFormat, seqSelect);
-  ravlin_main(kTmpParms, resultsFname);
+  const int status = ravlin_main(kTmpParms, resultsFname);
   std::fflush(stdout);
-  std::exit(0);
+  std::exit(status);
 }
 
 UniqueFile check_parms_file(std::string& path) {
@@ -221,7 +221,10 @@ int read_seq_select(std::FILE* stream, int dataFormat) {
   // Read only to list the titles; the driver reads the file again by name.
   std::vector<SeqRecord> records = checked_vector<SeqRecord>(kMaxSeqs, "read_seq_select: seqs");
   int count = 0;
-  mread_seq(stream, stdout, records, count, kMaxSeqs, dataFormat, kMinRes, kMaxRes);
+  int result = 0;
+  const SeqReading how{dataFormat, kMinRes, kMaxRes, stdout, show_warning};
+  if (std::optional<Failure> failure = mread_seq(stream, records, count, kMaxSeqs, how, result))
+    exit_on_failure(*failure);
   std::printf("\n\n Number of sequences to align: %d", count);
   if (count < 2) fatal_err("read_seq_select", "Must have 2 or more sequences to align.");
   print_selection_menu(records, count);

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
-#include "matrix/weight_file.hpp"
+#include "malign/run_settings.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/parms.hpp"
@@ -25,10 +25,10 @@ static_assert(sizeof(SumCell) == 8, "a matrix cell is two 32-bit words");
 namespace {
 
 // The shipped weight file's tables and penalties.
-const WeightSettings& scoring() {
-  static const WeightSettings s = [] {
-    WeightSettings loaded;
-    WeightKeysFound found{};
+const RunSettings& scoring() {
+  static const RunSettings s = [] {
+    RunSettings loaded;
+    ParmsRead found;
     if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r"))
       read_weight_file(in.get(), loaded, found);
     return loaded;
@@ -88,7 +88,7 @@ void report(benchmark::State& state, double cellsPerIteration) {
 }
 
 void align_pair(benchmark::State& state, bool withStructure) {
-  const WeightSettings& s = scoring();
+  const RunSettings& s = scoring();
   std::mt19937 rng(20240611u + static_cast<unsigned>(state.range(0)));
   const std::string resA = random_residues(rng, static_cast<int>(state.range(0)));
   const std::string resB = mutated(rng, resA);
@@ -98,8 +98,7 @@ void align_pair(benchmark::State& state, bool withStructure) {
   AlignRecord record;
   for (auto _ : state) {
     record.seqs.assign(2, AlignedSeq{});
-    const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midStructPen, s.endStructPen,
-                            1,           10,           0};
+    const PairParams params{&s.wtMatrix, &s.ssMatrix, s.gapPen, s.gapSizePen, s.midStructPen, s.endStructPen, 1, 10, 0};
     align_pair(benchWs, record, a, b, params);
     benchmark::DoNotOptimize(record.alignScore);
   }
@@ -112,19 +111,19 @@ void BM_PairAlignRandomStructure(benchmark::State& state) { align_pair(state, tr
 // Every pair of the example family, read with the program's own text reader.
 void BM_PairAlignExampleFamily(benchmark::State& state) {
   std::vector<SeqRecord> family(kMaxSeqs);
-  int count = 0;
+  int count = 0, result = 0;
   if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/examples/gluts.txt", "r"))
-    mread_seq(in.get(), stderr, family, count, kMaxSeqs, kFormatText, kMinRes, kMaxRes);
+    mread_seq(in.get(), family, count, kMaxSeqs, SeqReading{kFormatText, kMinRes, kMaxRes, stderr, nullptr}, result);
   if (count < 2) {
     state.SkipWithError("examples/gluts.txt is not readable");
     return;
   }
-  const WeightSettings& s = scoring();
+  const RunSettings& s = scoring();
   double cells = 0;
   for (int i = 1; i < count; ++i)
     for (int j = 0; j < i; ++j) cells += static_cast<double>(family[i].numRes) * family[j].numRes;
   AlignRecord record;
-  const PairParams params{&s.residues, &s.structure, s.gapPen, s.gapSizePen, s.midStructPen, s.endStructPen, 1, 10, 0};
+  const PairParams params{&s.wtMatrix, &s.ssMatrix, s.gapPen, s.gapSizePen, s.midStructPen, s.endStructPen, 1, 10, 0};
   for (auto _ : state) {
     for (int i = 1; i < count; ++i) {
       for (int j = 0; j < i; ++j) {

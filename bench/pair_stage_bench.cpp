@@ -15,7 +15,7 @@
 
 #include "align/kernel_select.hpp"
 #include "malign/pair_stage.hpp"
-#include "matrix/weight_file.hpp"
+#include "malign/run_settings.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/parms.hpp"
 #include "shell/text_input.hpp"
@@ -47,50 +47,34 @@ std::string mutated(std::mt19937& rng, const std::string& seq) {
 }
 
 struct Stage {
-  WeightSettings weights;  // the shipped weight file's
+  RunSettings weights;  // the shipped weight file's
+  std::vector<SeqRecord> seqs;
   double cells = 0;
 };
 
 const Stage& stage() {
   static const Stage s = [] {
     Stage loaded;
-    WeightKeysFound found{};
+    ParmsRead found;
     if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r"))
       read_weight_file(in.get(), loaded.weights, found);
     std::mt19937 rng(20261123u);
     std::string first;
+    loaded.seqs.resize(kSeqs);
     for (int s = 0; s < kSeqs; ++s) {
       if (s % 8 == 0) first = random_text(rng, 300, kResidues);
-      SeqRecord& seq = mySeq[static_cast<std::size_t>(s)];
+      SeqRecord& seq = loaded.seqs[static_cast<std::size_t>(s)];
       seq.pRes = s % 8 == 0 ? first : mutated(rng, first);
       seq.numRes = static_cast<std::int32_t>(seq.pRes.size());
       seq.sRes = random_text(rng, seq.numRes, "HHHBBCCT");
       seq.hasSRes = 1;
     }
     for (int i = 1; i < kSeqs; ++i)
-      for (int j = 0; j < i; ++j) loaded.cells += static_cast<double>(mySeq[i].numRes) * mySeq[j].numRes;
+      for (int j = 0; j < i; ++j) loaded.cells += static_cast<double>(loaded.seqs[i].numRes) * loaded.seqs[j].numRes;
     return loaded;
   }();
   return s;
 }
-
-// The stage prints a dot per pair; during the timing they go nowhere.
-struct QuietStdout {
-  int saved;
-  QuietStdout() {
-    std::fflush(stdout);
-    saved = dup(1);
-    if (std::FILE* sink = std::fopen("/dev/null", "w")) {
-      dup2(fileno(sink), 1);
-      std::fclose(sink);
-    }
-  }
-  ~QuietStdout() {
-    std::fflush(stdout);
-    dup2(saved, 1);
-    close(saved);
-  }
-};
 
 void BM_PairStage(benchmark::State& state) {
   const auto kind = static_cast<KernelKind>(state.range(0));
@@ -100,16 +84,14 @@ void BM_PairStage(benchmark::State& state) {
   }
   const Stage& s = stage();
   set_active_kernel(kind);
-  set_pair_threads(static_cast<int>(state.range(1)));
-  const WeightSettings& w = s.weights;
-  const PairParams params{&w.residues, &w.structure, w.gapPen, w.gapSizePen, w.midStructPen, w.endStructPen, 1, 10, 0};
+  const RunSettings& w = s.weights;
+  const PairParams params{&w.wtMatrix, &w.ssMatrix, w.gapPen, w.gapSizePen, w.midStructPen, w.endStructPen, 1, 10, 0};
   std::vector<AlignRecord> pairs(static_cast<std::size_t>(kSeqs * (kSeqs - 1) / 2));
   // The process's processor time over all threads: cells per processor
   // second is the speed of one core, however busy the machine is.
   const std::clock_t cpuStart = std::clock();
   for (auto _ : state) {
-    QuietStdout quiet;
-    align_all_pairs(pairs, kSeqs, params);
+    align_all_pairs(pairs, s.seqs, params, static_cast<int>(state.range(1)), nullptr);
     benchmark::DoNotOptimize(pairs.back().alignScore);
   }
   const double cpuSeconds = static_cast<double>(std::clock() - cpuStart) / CLOCKS_PER_SEC;

@@ -1,8 +1,5 @@
-// What every reader harness shares. The designed readers end the process on
-// a fatal error; here the error hook throws a harness-private exception
-// instead, so that one input ends as a normal return and the fuzzer goes on.
-// The readers hold their buffers and files in owning objects, so unwinding
-// through them leaks nothing.
+// What every reader harness shares. The readers hand their faults back as
+// values, so one input ends as a normal return and the fuzzer goes on.
 #pragma once
 
 #include <unistd.h>
@@ -15,26 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "shell/errors.hpp"
 #include "shell/text_input.hpp"
 
 namespace fuzz {
-
-struct ReaderStopped {};
-
-inline void stop_on_fatal(int level, const char* /*module*/, const char* /*message*/) {
-  if (level == 1) throw ReaderStopped{};
-}
-
-// Runs read with fatal errors turned into a return; warnings are dropped.
-template <class Read>
-void guarded(Read&& read) {
-  set_error_hook(stop_on_fatal);
-  try {
-    read();
-  } catch (const ReaderStopped&) {
-  }
-}
 
 inline std::string text_of(const std::uint8_t* data, std::size_t size) {
   return std::string(reinterpret_cast<const char*>(data), size);

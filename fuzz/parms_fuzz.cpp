@@ -3,7 +3,7 @@
 // input can make the harness open files of its choosing).
 #include "cli/shipped_defaults.hpp"
 #include "fuzz/fuzz_support.hpp"
-#include "malign/run_driver.hpp"
+#include "malign/run_settings.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string bytes = fuzz::text_of(data, size);
@@ -12,6 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   UniqueFile weightStream = fuzz::stream_over(weights);
   if (!parms || !weightStream) return 0;
   const WeightSource source{weightStream.get(), "ravlin.wts"};
-  fuzz::guarded([&] { read_run_settings(parms.get(), &source); });
+  RunSettings settings;
+  ParmsRead read;
+  if (!read_parms_file(parms.get(), &source, settings, read)) check_ravlin_parms(settings, read, false);
   return 0;
 }

@@ -24,8 +24,9 @@ inline void read_all_entries(const std::uint8_t* data, std::size_t size, int for
   if (!input) return;
   static UniqueFile quiet = open_file("/dev/null", "w");
   std::vector<SeqRecord> table(static_cast<std::size_t>(kMaxSeqs) + 1);
-  int count = 0;
-  guarded([&] { mread_seq(input.get(), quiet.get(), table, count, kMaxSeqs + 1, format, kMinRes, kMaxRes); });
+  int count = 0, result = 0;
+  const SeqReading how{format, kMinRes, kMaxRes, quiet.get(), nullptr};
+  mread_seq(input.get(), table, count, kMaxSeqs + 1, how, result);
   for (int k = 0; k < count && k < static_cast<int>(table.size()); ++k) check_record(table[k]);
 }
 

@@ -11,7 +11,7 @@
 #include "shell/limits.hpp"
 
 struct AlignedSeq {
-  std::int32_t seqIndex = 0;  // index into mySeq
+  std::int32_t seqIndex = 0;  // index into the run's sequences
   std::string aRes;           // aligned residues, blanks for gaps
   std::string aSRes;          // aligned structure codes
   std::string aURes;          // aligned grouping symbols
@@ -26,8 +26,6 @@ struct AlignRecord {
   double alignScore = 0.0;
   std::vector<AlignedSeq> seqs;
 };
-
-using PctHomTable = std::array<std::array<double, kMaxSeqs>, kMaxSeqs>;
 
 // In: two aligned strings of at least n characters (or shorter, NUL-ended).
 // Out: the table scores summed over positions where both hold a residue.

@@ -19,6 +19,6 @@ struct AlignStatus {
 
 inline bool align_failed(const AlignStatus& status) { return status.fault != AlignFault::none; }
 
-// In: a failed status. Prints the fatal report the routine would have printed
-// (same module, same message) and ends the process with status 1.
+// In: a failed status. Raises it as the RunFailure the designed routine
+// reports (same module, same message).
 [[noreturn]] void report_align_fault(const AlignStatus& status);

@@ -14,8 +14,8 @@ KernelKind current = KernelKind::scalar;
 
 void require_supported(KernelKind kind) {
   if (!kernel_supported(kind))
-    fatal_err("select_kernel", "Kernel %s is not available on this machine (it has: %s)\n", kernel_name(kind),
-              kernel_name(best_kernel()));
+    raise_failure("select_kernel", "Kernel %s is not available on this machine (it has: %s)\n", kernel_name(kind),
+                  kernel_name(best_kernel()));
 }
 
 KernelKind kernel_from_env() {
@@ -26,7 +26,7 @@ KernelKind kernel_from_env() {
       require_supported(kind);
       return kind;
     }
-  fatal_err("select_kernel", "Unknown kernel in RAVLIN_KERNEL: %s (scalar, sse41, avx2 or avx512)\n", name);
+  raise_failure("select_kernel", "Unknown kernel in RAVLIN_KERNEL: %s (scalar, sse41, avx2 or avx512)\n", name);
 }
 
 }  // namespace

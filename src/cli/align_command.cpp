@@ -14,21 +14,19 @@
 
 #include "align/kernel_select.hpp"
 #include "cli/align_options.hpp"
+#include "cli/failure_text.hpp"
 #include "cli/input_reading.hpp"
 #include "cli/output_file.hpp"
 #include "cli/shipped_defaults.hpp"
-#include "malign/alignment_views.hpp"
-#include "malign/mult_align.hpp"
-#include "malign/pair_stage.hpp"
-#include "malign/progress.hpp"
-#include "malign/run_driver.hpp"
+#include "malign/run.hpp"
+#include "report/alignment_views.hpp"
 #include "report/alignment_writers.hpp"
 #include "report/line_printers.hpp"
 #include "report/picture_writer.hpp"
+#include "report/report_writer.hpp"
 #include "report/standard_writers.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
-#include "shell/run_params.hpp"
 #include "shell/text_input.hpp"
 #include "shell/version.hpp"
 #include "structure/anchor_file.hpp"
@@ -39,15 +37,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // ---- errors ----
-
-std::string errorContext;  // the file being read, for the engine's own messages
-
-std::string trimmed_message(const char* message) {
-  std::string text = message;
-  while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
-  while (!text.empty() && text.front() == '\n') text.erase(text.begin());
-  return text;
-}
 
 void show_error(const std::string& text) {
   std::fprintf(stderr, "ravlin-align: error: %s\n", text.c_str());
@@ -60,18 +49,8 @@ void show_error(const std::string& text) {
   std::exit(1);
 }
 
-void on_engine_error(int level, const char* module, const char* message) {
-  std::string text = trimmed_message(message);
-  if (text.starts_with("Program check")) text += " (in " + std::string(module) + ")";
-  // The engine names only the limit; say what it means and what to do.
-  if (std::string_view(module) == "find_best_align")
-    text += ": an alignment holds at most 3,500 columns; align shorter sequences, or fewer at a time";
-  if (!errorContext.empty()) text = errorContext + ": " + text;
-  if (level != 1) {
-    std::fprintf(stderr, "ravlin-align: warning: %s\n", text.c_str());
-    return;
-  }
-  fail(text);
+void fail_on(const std::optional<Failure>& failure, const std::string& context) {
+  if (failure) fail(failure_text(*failure, context));
 }
 
 // ---- progress ----
@@ -82,7 +61,7 @@ struct ProgressState {
   Clock::time_point stageStart;
   Clock::time_point lastDraw;
   std::string stage;
-} progress;
+};
 
 double seconds_since(Clock::time_point from) { return std::chrono::duration<double>(Clock::now() - from).count(); }
 
@@ -93,13 +72,13 @@ std::string clock_text(double seconds) {
   return text;
 }
 
-void start_stage(const std::string& name) {
+void start_stage(ProgressState& progress, const std::string& name) {
   progress.stage = name;
   progress.stageStart = Clock::now();
   if (!progress.quiet && !progress.live) std::fprintf(stderr, "ravlin-align: %s ...\n", name.c_str());
 }
 
-void end_stage() {
+void end_stage(ProgressState& progress) {
   if (progress.stage.empty() || progress.quiet) return;
   const double took = seconds_since(progress.stageStart);
   if (progress.live)
@@ -109,14 +88,13 @@ void end_stage() {
   progress.stage.clear();
 }
 
-void on_stage_text(const char* text) {
-  const std::string heading = text;
-  end_stage();
-  if (heading.find("pairwise") != std::string::npos) start_stage("pairwise alignments");
-  if (heading.find("Multiple") != std::string::npos) start_stage("multiple alignment");
+void on_stage(ProgressState& progress, RunStage stage) {
+  end_stage(progress);
+  if (stage == RunStage::kPairwise) start_stage(progress, "pairwise alignments");
+  if (stage == RunStage::kMultiple) start_stage(progress, "multiple alignment");
 }
 
-void on_pair_done(std::size_t done, std::size_t total) {
+void on_pair_done(ProgressState& progress, std::size_t done, std::size_t total) {
   if (progress.quiet || !progress.live) return;
   const Clock::time_point now = Clock::now();
   if (done != total && now - progress.lastDraw < std::chrono::milliseconds(100)) return;
@@ -128,7 +106,7 @@ void on_pair_done(std::size_t done, std::size_t total) {
   std::fflush(stderr);
 }
 
-void note(const std::string& text) {
+void note(const ProgressState& progress, const std::string& text) {
   if (!progress.quiet) std::fprintf(stderr, "ravlin-align: %s\n", text.c_str());
 }
 
@@ -163,14 +141,15 @@ UniqueFile open_user_file(const std::string& path, const char* what) {
   return file;
 }
 
-int seqs_with_structure() {
+int seqs_with_structure(const std::vector<SeqRecord>& records) {
   int count = 0;
-  for (int k = 0; k < multAlignNum; ++k) count += mySeq[static_cast<std::size_t>(k)].hasSRes == 1 ? 1 : 0;
+  for (const SeqRecord& record : records) count += record.hasSRes == 1 ? 1 : 0;
   return count;
 }
 
-void read_settings(const AlignOptions& options) {
-  const ShippedSet set = shipped_set(seqs_with_structure(), multAlignNum);
+RunSettings read_settings(const AlignOptions& options, const std::vector<SeqRecord>& records,
+                          const ProgressState& progress) {
+  const ShippedSet set = shipped_set(seqs_with_structure(records), static_cast<int>(records.size()));
   const std::string weightsName = "ravlin-" + set.name + ".wts";
   const std::string parmsText = shipped_parms_text(set);
   UniqueFile weights;
@@ -182,19 +161,25 @@ void read_settings(const AlignOptions& options) {
     weights = open_text(shipped_file(weightsName));
     source.stream = weights.get();
   }
-  if (options.paramsFile.empty()) note("shipped settings for inputs where " + set.why + " (ravlin-" + set.name + ")");
+  if (options.paramsFile.empty())
+    note(progress, "shipped settings for inputs where " + set.why + " (ravlin-" + set.name + ")");
   UniqueFile parms =
       options.paramsFile.empty() ? open_text(parmsText) : open_user_file(options.paramsFile, "parameter file");
-  errorContext = options.paramsFile.empty() ? "shipped ravlin-" + set.name + ".parms" : options.paramsFile;
-  read_run_settings(parms.get(), source.stream != nullptr ? &source : nullptr);
-  errorContext.clear();
+  RunSettings settings;
+  ParmsRead read;
+  std::optional<Failure> failure =
+      read_parms_file(parms.get(), source.stream != nullptr ? &source : nullptr, settings, read);
+  if (!failure) failure = check_ravlin_parms(settings, read, false);
+  fail_on(failure, options.paramsFile.empty() ? "shipped ravlin-" + set.name + ".parms" : options.paramsFile);
+  settings.threads = options.threads;
+  return settings;
 }
 
 // ---- structure and anchors ----
 
 bool has_state(const std::string& states) { return states.find_first_not_of('X') != std::string::npos; }
 
-void add_structures(const AlignOptions& options, const InputSeqs& input) {
+void add_structures(const AlignOptions& options, InputSeqs& input) {
   if (options.ssFiles.empty()) return;
   std::vector<StructEntry> entries;
   std::string error;
@@ -204,12 +189,12 @@ void add_structures(const AlignOptions& options, const InputSeqs& input) {
   if (!assign_structures(entries, input.ids, input.residues, sRes, error)) fail(error);
   for (std::size_t k = 0; k < sRes.size(); ++k) {
     if (!has_state(sRes[k])) continue;
-    mySeq[k].sRes = sRes[k];
-    mySeq[k].hasSRes = 1;
+    input.records[k].sRes = sRes[k];
+    input.records[k].hasSRes = 1;
   }
 }
 
-void add_anchors(const AlignOptions& options, const InputSeqs& input) {
+void add_anchors(const AlignOptions& options, InputSeqs& input) {
   if (options.anchorsFile.empty()) return;
   std::vector<AnchorEntry> entries;
   std::string error;
@@ -218,8 +203,8 @@ void add_anchors(const AlignOptions& options, const InputSeqs& input) {
   if (!assign_anchors(entries, input.ids, input.residues, uRes, error)) fail(error);
   for (std::size_t k = 0; k < uRes.size(); ++k) {
     if (uRes[k].find_first_not_of('-') == std::string::npos) continue;
-    mySeq[k].uRes = uRes[k];
-    mySeq[k].hasURes = 1;
+    input.records[k].uRes = uRes[k];
+    input.records[k].hasURes = 1;
   }
 }
 
@@ -237,8 +222,8 @@ int seq_select(const std::string& order, const InputSeqs& input) {
   return static_cast<int>(found - input.ids.begin());
 }
 
-PictureOptions picture_options(const AlignOptions& options, bool withDate) {
-  PictureOptions picture{options.pictureWidth, options.colour, run_print_options(), ""};
+PictureOptions picture_options(const AlignOptions& options, const PrintOptions& print, bool withDate) {
+  PictureOptions picture{options.pictureWidth, options.colour, print, ""};
   if (withDate) {
     picture.date = get_date();
     if (!picture.date.empty() && picture.date.back() == '\n') picture.date.pop_back();
@@ -246,8 +231,12 @@ PictureOptions picture_options(const AlignOptions& options, bool withDate) {
   return picture;
 }
 
-void write_result(const AlignOptions& options, const std::vector<int>& alignOrder, std::FILE* stream) {
-  const AlignmentView view = malign_view(mar, alignOrder, options.alignedOutputOrder ? 0 : 1, consensusPercent);
+void write_result(const AlignOptions& options, const RunSettings& settings, const RunInput& input,
+                  const RunResult& result, std::FILE* stream) {
+  const AlignmentView view = malign_view(input.seqs, result.alignment, result.alignOrder,
+                                         options.alignedOutputOrder ? 0 : 1, settings.consensusPercent);
+  const ScoreTable table = prepared_residue_table(settings);
+  const PrintOptions print = run_print_options(settings, table);
   switch (options.outFormat) {
     case OutFormat::kFasta:
       write_fasta_alignment(stream, view);
@@ -262,14 +251,15 @@ void write_result(const AlignOptions& options, const std::vector<int>& alignOrde
       write_molvane_layout(stream, view);
       break;
     case OutFormat::kHtml:
-      write_html_picture(stream, view, picture_options(options, true));
+      write_html_picture(stream, view, picture_options(options, print, true));
       break;
     case OutFormat::kSvg:
       // No date, so that the same input gives the same drawing.
-      write_svg_picture(stream, view, picture_options(options, false));
+      write_svg_picture(stream, view, picture_options(options, print, false));
       break;
     case OutFormat::kReport:
-      break;  // written as the run went
+      write_report_alignment(stream, settings, input, result);
+      break;
   }
 }
 
@@ -302,30 +292,36 @@ int run_align_command(int argc, char** argv) {
     case ParseResult::kRun:
       break;
   }
-  set_error_hook(on_engine_error);
-  active_kernel();  // a wrong RAVLIN_KERNEL ends the run before any work
+  ProgressState progress;
   progress.quiet = options.quiet;
   progress.live = isatty(STDERR_FILENO) == 1;
-  set_progress_sink({on_stage_text, on_pair_done});
-  set_pair_threads(options.threads);
+  // A wrong RAVLIN_KERNEL ends the run before any work.
+  fail_on(capture_failure("main", [] { active_kernel(); }), "");
 
   OutputTarget target;
   if (!open_output(options.output, options.force, files_read(options), target, error)) fail(error);
 
   InputSeqs input;
-  errorContext = options.input == "-" ? "standard input" : options.input;
   if (!read_input_seqs(options.input, options.inFormat, input, error)) fail(error);
-  errorContext.clear();
-  if (!input.note.empty()) note(input.note);
+  if (!input.note.empty()) note(progress, input.note);
   add_structures(options, input);
   add_anchors(options, input);
-  read_settings(options);
-  mSeqSelect = seq_select(options.order, input);
+  const RunSettings settings = read_settings(options, input.records, progress);
+  RunInput run{std::move(input.records), seq_select(options.order, input)};
 
-  std::vector<int> alignOrder;
-  run_alignment(options.outFormat == OutFormat::kReport ? target.stream : nullptr, alignOrder);
-  end_stage();
-  write_result(options, alignOrder, target.stream);
+  const bool report = options.outFormat == OutFormat::kReport;
+  if (report) write_report_header(target.stream, settings);
+  RunCallbacks callbacks;
+  callbacks.stageStarted = [&](RunStage stage) { on_stage(progress, stage); };
+  callbacks.pairDone = [&](std::size_t done, std::size_t total) { on_pair_done(progress, done, total); };
+  if (report)
+    callbacks.orderDecided = [&](const RunInput& in, const RunResult& out) {
+      write_report_before_alignment(target.stream, settings, in, out);
+    };
+  RunResult result;
+  fail_on(align_run(settings, run, result, callbacks), "");
+  end_stage(progress);
+  write_result(options, settings, run, result, target.stream);
   if (!commit_output(target, error)) fail(error);
   return 0;
 }

@@ -10,6 +10,7 @@
 #include <map>
 #include <set>
 
+#include "cli/failure_text.hpp"
 #include "seq/seq_record.hpp"
 #include "seq/text_formats.hpp"
 #include "shell/limits.hpp"
@@ -139,8 +140,8 @@ bool parse_whole_text(const std::string& format, std::string_view text, std::vec
   return ok;
 }
 
-// ravlin's own formats through their entry readers, which report their own
-// faults through the error hook.
+// ravlin's own formats through their entry readers, whose warnings go to
+// standard error as they come.
 int entry_format_code(const std::string& format) {
   if (format == "text") return kFormatText;
   if (format == "molvane") return kFormatMolvane;
@@ -178,9 +179,13 @@ bool read_entry_format(const std::string& format, std::string& text, std::vector
   }
   UniqueFile input(stream);
   std::vector<SeqRecord> table(static_cast<std::size_t>(kMaxSeqs) + 1);
-  int count = 0;
-  const int result =
-      mread_seq(input.get(), stderr, table, count, kMaxSeqs + 1, entry_format_code(format), kMinRes, kMaxRes);
+  int count = 0, result = 0;
+  const SeqReading how{entry_format_code(format), kMinRes, kMaxRes, stderr,
+                       [&](const Failure& warning) { print_warning(warning, file); }};
+  if (std::optional<Failure> failure = mread_seq(input.get(), table, count, kMaxSeqs + 1, how, result)) {
+    error = failure_text(*failure, file);
+    return false;
+  }
   if (result == 0) {
     error = file + ": sequence " + std::to_string(count + 1) + " has the fault reported above; correct it";
     return false;
@@ -293,7 +298,6 @@ bool read_input_seqs(const std::string& path, const std::string& format, InputSe
   }
   if (!check_records(records, lines, file, error)) return false;
 
-  multAlignNum = static_cast<int>(records.size());
   for (std::size_t k = 0; k < records.size(); ++k) {
     SeqRecord& record = records[k];
     fill_missing_fields(record);
@@ -302,7 +306,7 @@ bool read_input_seqs(const std::string& path, const std::string& format, InputSe
     input.structure.push_back(record.hasSRes == 1 ? *record.sRes : std::string());
     // The report and the Molvane layout show ids of at most 12 characters.
     if (record.acc && record.header) record.acc = short_id(*record.acc, static_cast<int>(k) + 1);
-    mySeq[k] = std::move(record);
+    input.records.push_back(std::move(record));
   }
   return true;
 }

@@ -6,16 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "seq/seq_record.hpp"
+
 struct InputSeqs {
   std::string format;                  // the format the file was read as
   std::string note;                    // why, when the guess was close; empty otherwise
   std::vector<std::string> ids;        // the ids as the input gives them
   std::vector<std::string> residues;   // ungapped, upper case
   std::vector<std::string> structure;  // per sequence: states from the input itself, or empty
+  std::vector<SeqRecord> records;      // the run's records, ids cut to the report's 12 characters
 };
 
-// Reads path ("-" for standard input) as format (empty: recognised) into mySeq
-// and multAlignNum. False with a message naming the file, the line and the
+// Reads path ("-" for standard input) as format (empty: recognised) into
+// input. False with a message naming the file, the line and the
 // sequence, and what to do.
 bool read_input_seqs(const std::string& path, const std::string& format, InputSeqs& input, std::string& error);
 

@@ -13,19 +13,20 @@
 #include "align/score_codes.hpp"
 #include "align/sum_matrix.hpp"
 #include "align/traceback.hpp"
-#include "malign/alignment_views.hpp"
-#include "matrix/weight_matrix.hpp"
-#include "report/report_sections.hpp"
 #include "shell/errors.hpp"
 #include "shell/limits.hpp"
-#include "shell/run_params.hpp"
 #include "shell/strutil.hpp"
-
-AlignRecord mar;
 
 namespace {
 
 using Codes = std::vector<std::int32_t>;
+
+// What every step of one multiple alignment reads and the alignment it grows.
+struct MultRun {
+  const RunSettings& settings;
+  std::span<const SeqRecord> seqs;
+  AlignRecord& malign;
+};
 
 // Exactly n characters of a sequence's string. Every reader supplies them;
 // an absent structure or grouping string reads as its filler, and a short
@@ -77,11 +78,11 @@ StepArrays alloc_step_arrays(int alignLen, int seqLen) {
   return arrays;
 }
 
-void prepare_new_seq(const SeqRecord& seq, int n, StepArrays& arrays) {
+void prepare_new_seq(const RunSettings& settings, const SeqRecord& seq, int n, StepArrays& arrays) {
   const std::string res = bounded_copy(seq.pRes, n, 'X');
   const std::string sres = bounded_copy(seq.sRes, n, 'X');
   codes_to_indices(res.c_str(), n, arrays.dSeqNums.data(), kOtherCode);
-  calc_struct_scores(sres.c_str(), n, arrays.dsNums.data(), midStructPen, endStructPen, 1);
+  calc_struct_scores(sres.c_str(), n, arrays.dsNums.data(), settings.midStructPen, settings.endStructPen, 1);
   if (seq.hasURes == 1) {
     const std::string ures = bounded_copy(seq.uRes, n, '-');
     calc_anchor_group_pen(ures.c_str(), n, arrays.dSeqNums.data(), arrays.dPenGroup.data(), kGroupPen);
@@ -89,28 +90,31 @@ void prepare_new_seq(const SeqRecord& seq, int n, StepArrays& arrays) {
   if (seq.hasSRes == 1) codes_to_indices(sres.c_str(), n, arrays.dsSeqNums.data(), kOtherCode);
 }
 
-ProfileTables profile_tables() { return {&wtMatrix, &ssMatrix, midStructPen, endStructPen}; }
+ProfileTables profile_tables(const RunSettings& settings) {
+  return {&settings.wtMatrix, &settings.ssMatrix, settings.midStructPen, settings.endStructPen};
+}
+
+ProfileMember member_of(const MultRun& run, const AlignedSeq& member) {
+  const SeqRecord& memberSeq = run.seqs[static_cast<std::size_t>(member.seqIndex)];
+  return {&member.aRes, &member.aSRes, &member.aURes, memberSeq.hasSRes, memberSeq.hasURes};
+}
 
 // The alignment as a profile: every member adds its scores against the new
 // sequence, its structure penalties and the groups it forbids to split.
-void add_member_profiles(const SeqRecord& newSeq, int alignLen, int seqLen, const AlignProfile& profile,
-                         StepArrays& arrays, std::vector<std::int32_t>& scores) {
-  std::vector<ProfileMember> members = checked_vector<ProfileMember>(static_cast<std::size_t>(mar.numSeqs), "aNums");
-  for (std::size_t k = 0; k < members.size(); ++k) {
-    const AlignedSeq& member = mar.seqs[k];
-    const SeqRecord& memberSeq = mySeq[static_cast<std::size_t>(member.seqIndex)];
-    members[k] = {&member.aRes, &member.aSRes, &member.aURes, memberSeq.hasSRes, memberSeq.hasURes};
-  }
+void add_member_profiles(const MultRun& run, const SeqRecord& newSeq, int alignLen, int seqLen,
+                         const AlignProfile& profile, StepArrays& arrays, std::vector<std::int32_t>& scores) {
+  std::vector<ProfileMember> members =
+      checked_vector<ProfileMember>(static_cast<std::size_t>(run.malign.numSeqs), "aNums");
+  for (std::size_t k = 0; k < members.size(); ++k) members[k] = member_of(run, run.malign.seqs[k]);
   calc_profile_scores(profile, members, alignLen, seqLen, arrays.dSeqNums.data(), arrays.dsSeqNums.data(),
-                      newSeq.hasSRes, profile_tables(), arrays.msNums.data(), arrays.mPenGroup.data(), scores.data());
+                      newSeq.hasSRes, profile_tables(run.settings), arrays.msNums.data(), arrays.mPenGroup.data(),
+                      scores.data());
 }
 
 // The member just added, scored into the alignment's profile.
-void add_last_member(AlignProfile& profile) {
-  const AlignedSeq& member = mar.seqs[static_cast<std::size_t>(mar.numSeqs - 1)];
-  const SeqRecord& memberSeq = mySeq[static_cast<std::size_t>(member.seqIndex)];
-  add_profile_member(profile, {&member.aRes, &member.aSRes, &member.aURes, memberSeq.hasSRes, memberSeq.hasURes},
-                     mar.alignLen, profile_tables());
+void add_last_member(const MultRun& run, AlignProfile& profile) {
+  const AlignedSeq& member = run.malign.seqs[static_cast<std::size_t>(run.malign.numSeqs - 1)];
+  add_profile_member(profile, member_of(run, member), run.malign.alignLen, profile_tables(run.settings));
 }
 
 void regap_string(std::string& aligned, int oldLen, const char* templ, int newLen, const char* module) {
@@ -120,10 +124,10 @@ void regap_string(std::string& aligned, int oldLen, const char* templ, int newLe
 
 // Gaps once placed stay: when the alignment grew, every member receives the
 // new blank columns where the traceback put them.
-void update_malign_seqs(int oldLen, const char* templ, int newLen) {
-  if (newLen == oldLen || mar.numSeqs <= 0) return;
-  for (int k = 0; k < mar.numSeqs; ++k) {
-    AlignedSeq& member = mar.seqs[static_cast<std::size_t>(k)];
+void update_malign_seqs(AlignRecord& malign, int oldLen, const char* templ, int newLen) {
+  if (newLen == oldLen || malign.numSeqs <= 0) return;
+  for (int k = 0; k < malign.numSeqs; ++k) {
+    AlignedSeq& member = malign.seqs[static_cast<std::size_t>(k)];
     regap_string(member.aRes, oldLen, templ, newLen, "update_malign_seqs: pRes");
     regap_string(member.aSRes, oldLen, templ, newLen, "update_malign_seqs: sRes");
     regap_string(member.aURes, oldLen, templ, newLen, "update_malign_seqs: uBuf");
@@ -131,17 +135,18 @@ void update_malign_seqs(int oldLen, const char* templ, int newLen) {
 }
 
 // Aligns one more sequence against the alignment so far.
-void add_next_seq(int seqIndex, int curGapPen, int curGapSizePen, AlignProfile& profile,
+void add_next_seq(const MultRun& run, int seqIndex, int curGapPen, int curGapSizePen, AlignProfile& profile,
                   std::vector<std::int32_t>& scores, StepWorkspace& ws, std::vector<char>& mTemplate,
                   std::vector<char>& dTemplate) {
-  const SeqRecord& newSeq = mySeq[static_cast<std::size_t>(seqIndex)];
+  AlignRecord& mar = run.malign;
+  const SeqRecord& newSeq = run.seqs[static_cast<std::size_t>(seqIndex)];
   const int seqLen = newSeq.numRes;
   const int alignLen = mar.alignLen;
   const std::size_t cells = cell_count(alignLen, seqLen);
   if (scores.size() < cells) scores = checked_vector<std::int32_t>(cells, "sm");
   StepArrays arrays = alloc_step_arrays(alignLen, seqLen);
-  prepare_new_seq(newSeq, seqLen, arrays);
-  add_member_profiles(newSeq, alignLen, seqLen, profile, arrays, scores);
+  prepare_new_seq(run.settings, newSeq, seqLen, arrays);
+  add_member_profiles(run, newSeq, alignLen, seqLen, profile, arrays, scores);
 
   int newLen = 0;
   const AlignStatus status =
@@ -150,11 +155,11 @@ void add_next_seq(int seqIndex, int curGapPen, int curGapSizePen, AlignProfile& 
                          curGapSizePen, mTemplate, dTemplate, kMaxAlignLen, newLen);
   if (align_failed(status)) report_align_fault(status);
 
-  update_malign_seqs(alignLen, mTemplate.data(), newLen);
-  add_dSeq_malign(seqIndex, newSeq, dTemplate.data(), newLen);
+  update_malign_seqs(mar, alignLen, mTemplate.data(), newLen);
+  add_dSeq_malign(mar, seqIndex, newSeq, dTemplate.data(), newLen);
   mar.alignLen = newLen;
-  regap_profile(profile, mTemplate.data(), newLen, profile_tables());
-  add_last_member(profile);
+  regap_profile(profile, mTemplate.data(), newLen, profile_tables(run.settings));
+  add_last_member(run, profile);
 }
 
 }  // namespace
@@ -165,7 +170,7 @@ int grow_gap_pen(int pen, int step, int incPct) {
   return static_cast<int>(pen + raise * 0.01);
 }
 
-void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int len) {
+void add_dSeq_malign(AlignRecord& mar, int seqIndex, const SeqRecord& seq, const char* templ, int len) {
   const std::size_t slot = mar.numSeqs > 0 ? static_cast<std::size_t>(mar.numSeqs) : 0;
   if (mar.seqs.size() <= slot) mar.seqs.resize(slot + 1);
   AlignedSeq& entry = mar.seqs[slot];
@@ -177,22 +182,24 @@ void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int 
   mar.numSeqs = static_cast<std::int32_t>(slot) + 1;
 }
 
-void build_mult_align(std::span<const int> alignOrder) {
+void build_mult_align(const RunSettings& settings, std::span<const SeqRecord> seqs, std::span<const int> alignOrder,
+                      AlignRecord& mar) {
   mar.numSeqs = 0;
   mar.alignLen = 0;
-  const int count = std::min(multAlignNum, static_cast<int>(alignOrder.size()));
+  const int count = std::min(static_cast<int>(seqs.size()), static_cast<int>(alignOrder.size()));
   if (count < 1) return;
+  const MultRun run{settings, seqs, mar};
 
-  int curGapPen = gapPen;
-  int curGapSizePen = gapSizePen;
+  int curGapPen = settings.gapPen;
+  int curGapSizePen = settings.gapSizePen;
   const int first = alignOrder[0];
-  const SeqRecord& firstSeq = mySeq[static_cast<std::size_t>(first)];
+  const SeqRecord& firstSeq = seqs[static_cast<std::size_t>(first)];
   // The first member is its own template: a straight copy.
   const std::string firstTemplate = bounded_copy(firstSeq.pRes, firstSeq.numRes, 'X');
-  add_dSeq_malign(first, firstSeq, firstTemplate.c_str(), firstSeq.numRes);
+  add_dSeq_malign(mar, first, firstSeq, firstTemplate.c_str(), firstSeq.numRes);
   mar.alignLen = firstSeq.numRes;
   AlignProfile profile;
-  if (count > 1) add_last_member(profile);
+  if (count > 1) add_last_member(run, profile);
 
   std::vector<std::int32_t> scores;
   StepWorkspace ws;
@@ -200,20 +207,11 @@ void build_mult_align(std::span<const int> alignOrder) {
   std::vector<char> mTemplate(kMaxAlignLen + 1, '\0');
   std::vector<char> dTemplate(kMaxAlignLen + 1, '\0');
   for (int k = 1; k < count; ++k) {
-    add_next_seq(alignOrder[static_cast<std::size_t>(k)], curGapPen, curGapSizePen, profile, scores, ws, mTemplate,
+    add_next_seq(run, alignOrder[static_cast<std::size_t>(k)], curGapPen, curGapSizePen, profile, scores, ws, mTemplate,
                  dTemplate);
-    curGapPen = grow_gap_pen(gapPen, k, incGapPen);
-    curGapSizePen = grow_gap_pen(gapSizePen, k, incGapPen);
+    curGapPen = grow_gap_pen(settings.gapPen, k, settings.incGapPen);
+    curGapSizePen = grow_gap_pen(settings.gapSizePen, k, settings.incGapPen);
   }
 
-  mar.pctHomol = scor_align_pct(wtMatrix, mar, mar.alignLen);
-}
-
-void do_mult_align(std::span<const int> alignOrder) {
-  build_mult_align(alignOrder);
-  const std::size_t count = std::min(static_cast<std::size_t>(std::max(multAlignNum, 0)), alignOrder.size());
-  if (count < 1) return;
-  const AlignmentView view = malign_view(mar, alignOrder.first(count), printOrderFlag, consensusPercent);
-  print_statistics(outfp, view);
-  print_mult_align(outfp, view, run_print_options());
+  mar.pctHomol = scor_align_pct(settings.wtMatrix, mar, mar.alignLen);
 }

@@ -4,16 +4,16 @@
 #include <span>
 
 #include "align/align_score.hpp"
+#include "malign/run_settings.hpp"
 #include "seq/seq_record.hpp"
 
-extern AlignRecord mar;
-
-// Builds the multiple alignment in mar, then prints its statistics and the
-// alignment to the report.
-void do_mult_align(std::span<const int> alignOrder);
-// Builds it only.
-void build_mult_align(std::span<const int> alignOrder);
-void add_dSeq_malign(int seqIndex, const SeqRecord& seq, const char* templ, int len);
+// Builds the multiple alignment of seqs, joined in alignOrder, into malign.
+// settings.wtMatrix is the run's prepared residue table. A failure (an
+// alignment wider than the column limit, exhausted memory) is raised as
+// RunFailure.
+void build_mult_align(const RunSettings& settings, std::span<const SeqRecord> seqs, std::span<const int> alignOrder,
+                      AlignRecord& malign);
+void add_dSeq_malign(AlignRecord& malign, int seqIndex, const SeqRecord& seq, const char* templ, int len);
 
 // Gap penalty in force after `step` additions: pen raised by step times
 // incPct percent (integer product, sum in double, truncated toward zero).

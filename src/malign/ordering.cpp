@@ -27,8 +27,8 @@ bool already_placed(std::span<const int> alignOrder, int count, int value) {
   return member_of_align(alignOrder.data(), placed, value) == 1;
 }
 
-bool has_structure_flag(int seqIndex, int flag) {
-  return seqIndex >= 0 && static_cast<std::size_t>(seqIndex) < mySeq.size() && mySeq[seqIndex].hasSRes == flag;
+bool has_structure_flag(std::span<const SeqRecord> seqs, int seqIndex, int flag) {
+  return seqIndex >= 0 && static_cast<std::size_t>(seqIndex) < seqs.size() && seqs[seqIndex].hasSRes == flag;
 }
 
 }  // namespace
@@ -74,7 +74,9 @@ void order_against_seq(std::span<const AlignRecord> sortedPairs, int chosen, int
   }
 }
 
-void order_computed(std::span<const AlignRecord> sortedPairs, int n, std::span<int> alignOrder) {
+void order_computed(std::span<const AlignRecord> sortedPairs, std::span<const SeqRecord> seqs,
+                    std::span<int> alignOrder) {
+  const int n = static_cast<int>(seqs.size());
   int count = 0;
   for (const AlignRecord& pair : sortedPairs) {
     if (count >= n) break;
@@ -82,7 +84,7 @@ void order_computed(std::span<const AlignRecord> sortedPairs, int n, std::span<i
     int a = pair.seqs[0].seqIndex;
     int b = pair.seqs[1].seqIndex;
     // A sequence with a known secondary structure goes in first.
-    if (has_structure_flag(a, 0) && has_structure_flag(b, 1)) std::swap(a, b);
+    if (has_structure_flag(seqs, a, 0) && has_structure_flag(seqs, b, 1)) std::swap(a, b);
     if (!already_placed(alignOrder, count, a)) count = append_to_order(alignOrder, count, a);
     if (!already_placed(alignOrder, count, b)) count = append_to_order(alignOrder, count, b);
   }

@@ -15,15 +15,12 @@
 
 #include "align/kernel_select.hpp"
 #include "align/lane_align.hpp"
-#include "malign/progress.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
 
 namespace {
 
 constexpr int kMaxThreads = 1024;
-
-int requestedThreads = 0;
 
 // A whole number from 1 up, or 0 when the text is not one.
 int parse_thread_count(const char* text) {
@@ -58,7 +55,8 @@ std::size_t pair_number(int i, int j) { return static_cast<std::size_t>(i) * (i 
 
 // Each row sequence's partners, grouped by length so that a vector batch
 // pads little; one partner per batch for the scalar kernel.
-std::vector<PairBatch> make_batches(int n, KernelKind kernel) {
+std::vector<PairBatch> make_batches(std::span<const SeqRecord> seqs, KernelKind kernel) {
+  const int n = static_cast<int>(seqs.size());
   const int lanes = kernel_lanes(kernel);
   std::vector<PairBatch> batches;
   std::vector<int> partners;
@@ -66,8 +64,8 @@ std::vector<PairBatch> make_batches(int n, KernelKind kernel) {
     partners.resize(static_cast<std::size_t>(i));
     for (int j = 0; j < i; ++j) partners[static_cast<std::size_t>(j)] = j;
     if (lanes > 1)
-      std::stable_sort(partners.begin(), partners.end(), [](int x, int y) {
-        return mySeq[static_cast<std::size_t>(x)].numRes < mySeq[static_cast<std::size_t>(y)].numRes;
+      std::stable_sort(partners.begin(), partners.end(), [&](int x, int y) {
+        return seqs[static_cast<std::size_t>(x)].numRes < seqs[static_cast<std::size_t>(y)].numRes;
       });
     for (std::size_t from = 0; from < partners.size(); from += static_cast<std::size_t>(lanes)) {
       const std::size_t to = std::min(partners.size(), from + static_cast<std::size_t>(lanes));
@@ -88,6 +86,7 @@ struct Workspace {
 // that claimed its batch until the pair's done flag is raised.
 struct Stage {
   std::span<AlignRecord> pairs;
+  std::span<const SeqRecord> seqs;
   const PairParams* params;
   std::vector<PairBatch> batches;
   std::vector<AlignStatus> statuses;
@@ -99,11 +98,12 @@ struct Stage {
 };
 
 void run_batch(Stage& stage, Workspace& ws, const PairBatch& batch) {
-  const SeqRecord& A = mySeq[static_cast<std::size_t>(batch.row)];
+  const SeqRecord& A = stage.seqs[static_cast<std::size_t>(batch.row)];
   if (batch.kernel == KernelKind::scalar) {
     for (int j : batch.cols) {
       const std::size_t k = batch.firstPair + static_cast<std::size_t>(j);
-      stage.statuses[k] = align_pair(ws.scalar, stage.pairs[k], A, mySeq[static_cast<std::size_t>(j)], *stage.params);
+      stage.statuses[k] =
+          align_pair(ws.scalar, stage.pairs[k], A, stage.seqs[static_cast<std::size_t>(j)], *stage.params);
     }
   } else {
     std::array<const SeqRecord*, kMaxLanes> Bs{};
@@ -112,7 +112,7 @@ void run_batch(Stage& stage, Workspace& ws, const PairBatch& batch) {
     const std::size_t count = batch.cols.size();
     for (std::size_t p = 0; p < count; ++p) {
       const std::size_t j = static_cast<std::size_t>(batch.cols[p]);
-      Bs[p] = &mySeq[j];
+      Bs[p] = &stage.seqs[j];
       records[p] = &stage.pairs[batch.firstPair + j];
     }
     align_pairs_lanes(ws.lanes, batch.kernel, A, std::span(Bs.data(), count), std::span(records.data(), count),
@@ -150,27 +150,27 @@ void stop_workers(Stage& stage, std::vector<std::thread>& workers) {
 
 }  // namespace
 
-void set_pair_threads(int n) { requestedThreads = std::clamp(n, 0, kMaxThreads); }
-
-int pair_threads() {
-  if (requestedThreads > 0) return requestedThreads;
+int pair_threads(int requested) {
+  if (requested > 0) return std::min(requested, kMaxThreads);
   const int fromEnv = parse_thread_count(std::getenv("RAVLIN_THREADS"));
   if (fromEnv > 0) return fromEnv;
   const unsigned cores = std::thread::hardware_concurrency();
   return cores > 0 ? static_cast<int>(std::min<unsigned>(cores, kMaxThreads)) : 1;
 }
 
-void align_all_pairs(std::span<AlignRecord> pairs, int n, const PairParams& params) {
+void align_all_pairs(std::span<AlignRecord> pairs, std::span<const SeqRecord> seqs, const PairParams& params,
+                     int threads, const PairDone& pairDone) {
   Stage stage;
   stage.pairs = pairs;
+  stage.seqs = seqs;
   stage.params = &params;
-  stage.batches = make_batches(n, active_kernel());
+  stage.batches = make_batches(seqs, active_kernel());
   stage.statuses = checked_vector<AlignStatus>(pairs.size(), "do_pairs");
   stage.done = std::make_unique<std::atomic<bool>[]>(pairs.size());
 
   // The calling thread is a worker too and the only one that prints.
-  const std::size_t helpers =
-      std::min(static_cast<std::size_t>(pair_threads() - 1), stage.batches.empty() ? 0 : stage.batches.size() - 1);
+  const std::size_t helpers = std::min(static_cast<std::size_t>(pair_threads(threads) - 1),
+                                       stage.batches.empty() ? 0 : stage.batches.size() - 1);
   std::vector<std::thread> workers;
   for (std::size_t t = 0; t < helpers; ++t) workers.emplace_back(worker, std::ref(stage));
 
@@ -185,7 +185,7 @@ void align_all_pairs(std::span<AlignRecord> pairs, int n, const PairParams& para
       stop_workers(stage, workers);
       report_align_fault(stage.statuses[k]);
     }
-    progress_pair(k + 1, pairs.size());
+    if (pairDone) pairDone(k + 1, pairs.size());
   }
   stop_workers(stage, workers);
 }

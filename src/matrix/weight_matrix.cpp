@@ -10,10 +10,6 @@
 #include "shell/limits.hpp"
 #include "shell/text_input.hpp"
 
-ScoreTable wtMatrix{};
-ScoreTable ssMatrix{};
-std::string wtMatFname;
-
 namespace {
 
 const char* const kModule = "read_matrix_file";
@@ -75,16 +71,16 @@ void skip_to_label_line(std::FILE* stream, std::string& lineBuf) {
     if (token.empty() || token[0] == '#') continue;
     return;
   }
-  fatal_err(kModule, "Unexpected EOF, no amino acid label line found");
+  raise_failure(kModule, "Unexpected EOF, no amino acid label line found");
 }
 
 // The table index of a row's label token; the label must be one letter.
 int row_label_index(const std::string& line, const std::vector<Token>& tokens) {
-  if (tokens.empty()) fatal_err(kModule, "Illegal amino acid character: %s", line.c_str());
+  if (tokens.empty()) raise_failure(kModule, "Illegal amino acid character: %s", line.c_str());
   const std::string label = line.substr(tokens[0].start, tokens[0].length);
-  if (label.size() > 1) fatal_err(kModule, "Illegal amino acid label length: %s", label.c_str());
+  if (label.size() > 1) raise_failure(kModule, "Illegal amino acid label length: %s", label.c_str());
   const int index = std::toupper(static_cast<unsigned char>(label[0])) - 'A';
-  if (index < 0 || index >= kLetters) fatal_err(kModule, "Illegal amino acid character: %s", line.c_str());
+  if (index < 0 || index >= kLetters) raise_failure(kModule, "Illegal amino acid character: %s", line.c_str());
   return index;
 }
 
@@ -94,17 +90,17 @@ void read_row_scores(const std::string& line, const std::vector<Token>& tokens, 
                      int& lastValue, ScoreTable& matrix) {
   std::size_t next = 1;
   for (int j = 0; j <= r; ++j, ++next) {
-    if (next >= tokens.size()) fatal_err(kModule, "Trouble reading matrix at %s", line.c_str());
+    if (next >= tokens.size()) raise_failure(kModule, "Trouble reading matrix at %s", line.c_str());
     scan_int(line.substr(tokens[next].start, tokens[next].length), lastValue);
-    if (lastValue < kMinScore) fatal_err(kModule, "Min score violated at %s", line.c_str());
-    if (lastValue > kMaxScore) fatal_err(kModule, "Max score violated at %s", line.c_str());
+    if (lastValue < kMinScore) raise_failure(kModule, "Min score violated at %s", line.c_str());
+    if (lastValue > kMaxScore) raise_failure(kModule, "Max score violated at %s", line.c_str());
     matrix[labels[r] * kTableDim + labels[j]] = lastValue;
     matrix[labels[j] * kTableDim + labels[r]] = lastValue;
   }
   // A word after the scores is a remark; a number means the row is too long.
   int extra = 0;
   if (next < tokens.size() && scan_int(line.substr(tokens[next].start, tokens[next].length), extra))
-    fatal_err(kModule, "Input check, line too long at %s", line.c_str());
+    raise_failure(kModule, "Input check, line too long at %s", line.c_str());
 }
 
 }  // namespace
@@ -116,7 +112,7 @@ int read_matrix_file(std::FILE* stream, ScoreTable& matrix) {
   std::string lineBuf;
 
   const int count = read_code_count(stream);
-  if (count < 1 || count > kTableDim) fatal_err(kModule, "Illegal number of codes: %s", lineBuf.c_str());
+  if (count < 1 || count > kTableDim) raise_failure(kModule, "Illegal number of codes: %s", lineBuf.c_str());
 
   skip_to_label_line(stream, lineBuf);
 
@@ -125,7 +121,7 @@ int read_matrix_file(std::FILE* stream, ScoreTable& matrix) {
   std::string line;
   bool atEof = !read_text_line(stream, line, kLineRead);
   for (int r = 0; r < count; ++r) {
-    if (atEof) fatal_err(kModule, "Unexpected EOF at: %s, count = %d", lineBuf.c_str(), r);
+    if (atEof) raise_failure(kModule, "Unexpected EOF at: %s, count = %d", lineBuf.c_str(), r);
     lineBuf = line;
     const std::vector<Token> tokens = split_at_blanks(line);
     labels[static_cast<std::size_t>(r)] = row_label_index(line, tokens);

@@ -12,9 +12,6 @@ inline constexpr int kTableSize = kTableDim * kTableDim;
 
 using ScoreTable = std::array<std::int32_t, kTableSize>;
 
-extern ScoreTable wtMatrix;
-extern ScoreTable ssMatrix;
-extern std::string wtMatFname;
-
-// Reads one lower-triangle section into matrix; every fault is fatal.
+// Reads one lower-triangle section into matrix; a fault is raised as
+// RunFailure naming the line.
 int read_matrix_file(std::FILE* stream, ScoreTable& matrix);

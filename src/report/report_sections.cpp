@@ -9,8 +9,6 @@
 #include "report/line_printers.hpp"
 #include "shell/version.hpp"
 
-std::FILE* outfp = nullptr;
-
 namespace {
 
 constexpr int kIdWidth = 12;
@@ -143,7 +141,7 @@ void print_pct_hom_section(std::FILE* stream, std::span<const ViewRow> rows, con
     for (std::size_t j = 0; j < rows.size(); ++j) {
       const auto sj = static_cast<std::size_t>(rows[j].seqIndex);
       write_blanks(stream, 6);
-      std::fprintf(stream, " %6.2f", i == j ? 100.0 : pctHom[si][sj]);
+      std::fprintf(stream, " %6.2f", i == j ? 100.0 : pctHom.at(si, sj));
     }
     std::fputs("\n", stream);
   }

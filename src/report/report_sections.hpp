@@ -6,9 +6,8 @@
 #include <span>
 
 #include "align/align_score.hpp"
+#include "malign/run.hpp"
 #include "report/alignment_view.hpp"
-
-extern std::FILE* outfp;  // the open report of the run
 
 void print_report_header(std::FILE* stream, const PrintOptions& options);
 // The pairwise section: its head, then each pair (a view of two rows) in

@@ -46,7 +46,8 @@ void print_ruler(std::FILE* output, int indent) {
   std::fputs("         |         |         |         |         |", output);
 }
 
-int read_seq_kbd(std::FILE* input, std::FILE* output, SeqRecord& seq, int minRes, int maxRes) {
+int read_seq_kbd(std::FILE* input, std::FILE* output, SeqRecord& seq, int minRes, int maxRes,
+                 const WarningSink& warnings) {
   std::fputs("\n Enter title for the sequence. Use underscores instead ", output);
   std::fputs("\n of blanks to separate words (eg. thioredoxin_human).\n", output);
   std::fputs(kPrompt, output);
@@ -74,10 +75,10 @@ int read_seq_kbd(std::FILE* input, std::FILE* output, SeqRecord& seq, int minRes
       break;
     } else if (ch < 'A' || ch > 'Z') {
       // End of input lands here too, shown as the byte it converts to.
-      warn_err(kModule, "Illegal amino acid '%c' in %s\n", ch, title.c_str());
+      warn(warnings, kModule, "Illegal amino acid '%c' in %s\n", ch, title.c_str());
       return 0;
     } else if (static_cast<int>(residues.size()) >= maxRes) {
-      warn_err(kModule, "Too many amino acids (Max = %d) in %s\n", maxRes, title.c_str());
+      warn(warnings, kModule, "Too many amino acids (Max = %d) in %s\n", maxRes, title.c_str());
       return 0;
     } else {
       residues.push_back(static_cast<char>(ch));
@@ -88,7 +89,7 @@ int read_seq_kbd(std::FILE* input, std::FILE* output, SeqRecord& seq, int minRes
   seq.pRes = residues;
   seq.numRes = static_cast<int>(residues.size());
   if (seq.numRes < minRes) {
-    warn_err(kModule, "Too few amino acids (Min = %d) in %s\n", minRes, title.c_str());
+    warn(warnings, kModule, "Too few amino acids (Min = %d) in %s\n", minRes, title.c_str());
     return 0;
   }
   return 1;

@@ -5,5 +5,6 @@
 
 #include "seq/seq_record.hpp"
 
-int read_seq_kbd(std::FILE* input, std::FILE* output, SeqRecord& seq, int minRes, int maxRes);
+int read_seq_kbd(std::FILE* input, std::FILE* output, SeqRecord& seq, int minRes, int maxRes,
+                 const WarningSink& warnings);
 void print_ruler(std::FILE* output, int indent);

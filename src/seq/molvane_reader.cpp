@@ -110,7 +110,7 @@ std::string folded_upper(const std::string& text) {
 
 }  // namespace
 
-int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*maxRes*/) {
+int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*maxRes*/, const WarningSink& warnings) {
   seq.numRes = 0;
   if (!find_entry_start(stream)) return -1;
 
@@ -120,7 +120,7 @@ int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*ma
   std::string line;
   for (bool ended = false; !ended;) {
     if (!read_text_line(stream, line, kEntryLineRead)) {
-      warn_err(kModule, "Unexpected EOF in sequence file: '%s'", seq.title.value_or("").c_str());
+      warn(warnings, kModule, "Unexpected EOF in sequence file: '%s'", seq.title.value_or("").c_str());
       return -1;
     }
     switch (take_line(line, seq, texts)) {
@@ -130,7 +130,7 @@ int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*ma
         ended = true;
         break;
       case LineKind::kUnknown:
-        warn_err(kModule, "Cannot parse line in sequence file: '%s'", line.c_str());
+        warn(warnings, kModule, "Cannot parse line in sequence file: '%s'", line.c_str());
         return 0;
     }
   }
@@ -150,7 +150,7 @@ int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int /*minRes*/, int /*ma
   }
   // One matching text is enough to accept the entry.
   if (structLen != resLen && groupLen != resLen) {
-    warn_err(kModule, "Residues/Structure/Grouping align problems: %d %d %d", resLen, structLen, groupLen);
+    warn(warnings, kModule, "Residues/Structure/Grouping align problems: %d %d %d", resLen, structLen, groupLen);
     return 0;
   }
   seq.pRes = folded_upper(texts.residues);

@@ -6,4 +6,4 @@
 
 #include "seq/seq_record.hpp"
 
-int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes);
+int read_seq_molvane(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes, const WarningSink& warnings);

@@ -68,13 +68,13 @@ int read_residues(std::FILE* stream, std::string& aaBuf, int& count, int maxRes)
 
 }  // namespace
 
-int read_seq_pir(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes) {
+int read_seq_pir(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes, const WarningSink& warnings) {
   seq.numRes = 0;
   if (!find_keyword(stream, "ENTRY")) return -1;
 
   std::string acc;
   if (!read_word(stream, acc)) {
-    warn_err(kModule, "Unable to read accession for sequence\n");
+    warn(warnings, kModule, "Unable to read accession for sequence\n");
     return 0;
   }
   seq.acc = acc;

@@ -5,4 +5,4 @@
 
 #include "seq/seq_record.hpp"
 
-int read_seq_pir(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes);
+int read_seq_pir(std::FILE* stream, SeqRecord& seq, int minRes, int maxRes, const WarningSink& warnings);

@@ -12,19 +12,17 @@
 #include "shell/errors.hpp"
 #include "shell/text_input.hpp"
 
-std::vector<SeqRecord> mySeq(kMaxSeqs);
-int multAlignNum = 0;
-
 namespace {
 
-int dispatch_reader(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes) {
-  switch (format) {
+int dispatch_reader(std::FILE* input, SeqRecord& record, const SeqReading& how) {
+  const int minRes = how.minRes, maxRes = how.maxRes;
+  switch (how.format) {
     case kFormatPir:
-      return read_seq_pir(input, record, minRes, maxRes);
+      return read_seq_pir(input, record, minRes, maxRes, how.warnings);
     case kFormatSprot:
-      return read_seq_sprot(input, record);
+      return read_seq_sprot(input, record, how.warnings);
     case kFormatMolvane:
-      return read_seq_molvane(input, record, minRes, maxRes);
+      return read_seq_molvane(input, record, minRes, maxRes, how.warnings);
     case kFormatPirComp: {
       const int result = read_seq_pir_comp(input, record);
       // Only the count is cut; the residue text stays as the reader left it.
@@ -34,16 +32,16 @@ int dispatch_reader(std::FILE* input, std::FILE* output, SeqRecord& record, int 
     case kFormatText:
       return read_seq_text(input, record, minRes, maxRes);
     case kFormatKeyboard:
-      return read_seq_kbd(input, output, record, minRes, maxRes);
+      return read_seq_kbd(input, how.output, record, minRes, maxRes, how.warnings);
     default:
-      fatal_err("read_seq", "Illegal sequence format: %d\n", format);
+      raise_failure("read_seq", "Illegal sequence format: %d\n", how.format);
   }
 }
 
 }  // namespace
 
-int read_seq(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes) {
-  const int result = dispatch_reader(input, output, record, format, minRes, maxRes);
+int read_seq(std::FILE* input, SeqRecord& record, const SeqReading& how) {
+  const int result = dispatch_reader(input, record, how);
   if (result == 1) fill_missing_fields(record);
   return result;
 }
@@ -64,78 +62,36 @@ void fill_missing_fields(SeqRecord& record) {
   }
 }
 
-int mread_seq(std::FILE* input, std::FILE* output, std::span<SeqRecord> records, int& count, int maxSeqs, int format,
-              int minRes, int maxRes) {
-  int result;
-  do {
-    // The limit is tested only after a read, so a full table still gets one
-    // more read; without room for it, the entry lands in a record of its own.
-    SeqRecord scratch;
-    const bool hasRoom = count >= 0 && static_cast<std::size_t>(count) < records.size();
-    result = read_seq(input, output, hasRoom ? records[count] : scratch, format, minRes, maxRes);
-    if (result != 1) break;
-    ++count;
-  } while (count < maxSeqs);
-  return result;
+std::optional<Failure> mread_seq(std::FILE* input, std::span<SeqRecord> records, int& count, int maxSeqs,
+                                 const SeqReading& how, int& result) {
+  return capture_failure("main", [&] {
+    do {
+      // The limit is tested only after a read, so a full table still gets one
+      // more read; without room for it, the entry lands in a record of its own.
+      SeqRecord scratch;
+      const bool hasRoom = count >= 0 && static_cast<std::size_t>(count) < records.size();
+      result = read_seq(input, hasRoom ? records[count] : scratch, how);
+      if (result != 1) break;
+      ++count;
+    } while (count < maxSeqs);
+  });
 }
 
-int mget_seqs(const std::string& fname, std::FILE* output, std::span<SeqRecord> records, int format, int maxSeqs,
-              int minRes, int maxRes, int& numSeqs) {
+std::optional<Failure> mget_seqs(const std::string& fname, std::vector<SeqRecord>& records, int maxSeqs,
+                                 const SeqReading& how) {
   const UniqueFile input = open_file(fname, "r");
-  if (!input) fatal_err("mget_seqs", "Cannot open data file: %s", fname.c_str());
-  // Never count more sequences than the table holds.
-  const int limit = static_cast<int>(std::min<long long>(maxSeqs, static_cast<long long>(records.size())));
-  int count = 0;
-  if (mread_seq(input.get(), output, records, count, limit, format, minRes, maxRes) == 0)
-    fatal_err("mget_seqs", "Cannot continue alignment until errors fixed...");
-  std::fprintf(output, "\nNumber of sequences to align: %d", count);
-  if (count < 2) fatal_err("mget_seqs", "Must have 2 or more sequences to align.");
-  numSeqs = count;
-  return 1;
-}
-
-void free_seq(SeqRecord& record) {
-  // Only the texts go; the numbering table is kept on purpose.
-  record.title.reset();
-  record.acc.reset();
-  record.organism.reset();
-  record.reference.reset();
-  record.pRes.clear();
-  record.pRes.shrink_to_fit();
-  record.sRes.reset();
-  record.uRes.reset();
-  record.header.reset();
-}
-
-int get_seq(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes) {
-  // Typed sequences come from the terminal itself, not from a file.
-  if (format == kFormatKeyboard) return read_seq(input, output, record, format, minRes, maxRes);
-  show_prompt(output, "\n Enter the name of the sequence file.\n");
-  std::fflush(output);
-  std::string fname;
-  if (!read_word(input, fname)) return -1;
-  const UniqueFile data = open_file(fname, "r");
-  if (!data) {
-    warn_err("get_seq", "Cannot open data file: %s", fname.c_str());
-    return 0;
+  if (!input) return make_failure(FailureKind::kFault, "mget_seqs", "Cannot open data file: %s", fname.c_str());
+  std::vector<SeqRecord> table(static_cast<std::size_t>(std::max(maxSeqs, 0)));
+  int count = 0, result = 0;
+  if (std::optional<Failure> failure = mread_seq(input.get(), table, count, maxSeqs, how, result)) {
+    failure->file = fname;
+    return failure;
   }
-  const int result = read_seq(data.get(), output, record, format, minRes, maxRes);
-  if (result == 1) {
-    std::fprintf(output, "\nProtein: %s\n", record.title.value_or("").c_str());
-    std::fprintf(output, "Number of amino acids: %d\n", record.numRes);
-  }
-  return result;
-}
-
-int get_top_num(std::FILE* input, std::FILE* output, int min, int max) {
-  const std::string prompt = format_text("\n Enter a number from %d to %d.\n", min, max);
-  for (;;) {
-    show_prompt(output, prompt.c_str());
-    std::fflush(output);
-    std::string word;
-    if (!read_word(input, word)) return -1;
-    const int num = std::atoi(word.c_str());
-    if (num >= min && num <= max) return num;
-    std::fprintf(output, "\n Error, %d is not between %d and %d.\n", num, min, max);
-  }
+  if (result == 0)
+    return make_failure(FailureKind::kFault, "mget_seqs", "Cannot continue alignment until errors fixed...");
+  std::fprintf(how.output, "\nNumber of sequences to align: %d", count);
+  if (count < 2) return make_failure(FailureKind::kFault, "mget_seqs", "Must have 2 or more sequences to align.");
+  table.resize(static_cast<std::size_t>(count));
+  records = std::move(table);
+  return std::nullopt;
 }

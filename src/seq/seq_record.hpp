@@ -1,5 +1,5 @@
-// The sequence record, the global sequence table, the format dispatcher and
-// the loops that read many sequences from one source.
+// The sequence record, the format dispatcher and the loops that read many
+// sequences from one source.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "seq/formats.hpp"
+#include "shell/errors.hpp"
 #include "shell/limits.hpp"
 
 // One sequence. pRes, sRes and uRes are position-aligned and are read by
@@ -31,21 +32,32 @@ struct SeqRecord {
   std::optional<std::string> header;
 };
 
-extern std::vector<SeqRecord> mySeq;  // kMaxSeqs records, all empty at start
-extern int multAlignNum;
+// How entries are read: their format and length limits, where the keyboard's
+// prompts and the count of sequences go, and where warnings about faulty
+// entries go.
+struct SeqReading {
+  int format = kFormatText;
+  int minRes = kMinRes;
+  int maxRes = kMaxRes;
+  std::FILE* output = nullptr;
+  WarningSink warnings;
+};
 
-// Reads one entry of format (codes and results: seq/formats.hpp).
-int read_seq(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes);
-int mread_seq(std::FILE* input, std::FILE* output, std::span<SeqRecord> records, int& count, int maxSeqs, int format,
-              int minRes, int maxRes);
-int mget_seqs(const std::string& fname, std::FILE* output, std::span<SeqRecord> records, int format, int maxSeqs,
-              int minRes, int maxRes, int& numSeqs);
-void free_seq(SeqRecord& record);
+// Reads one entry (codes and results: seq/formats.hpp). A fault that ends the
+// reading is raised as RunFailure.
+int read_seq(std::FILE* input, SeqRecord& record, const SeqReading& how);
+
+// Reads entries into records from count on until the input ends, an entry is
+// refused, or maxSeqs are read; result is the last reader result. A fault
+// that ends the reading comes back as the failure.
+std::optional<Failure> mread_seq(std::FILE* input, std::span<SeqRecord> records, int& count, int maxSeqs,
+                                 const SeqReading& how, int& result);
+// Reads the file fname whole into records (at most maxSeqs) and writes the
+// count to how.output. Fewer than two sequences, an unreadable file or a
+// faulty entry come back as the failure.
+std::optional<Failure> mget_seqs(const std::string& fname, std::vector<SeqRecord>& records, int maxSeqs,
+                                 const SeqReading& how);
 
 // Gives a record what the alignment needs and a reader may have left out:
 // the default residue numbering and the 'X' / '-' fillers (flags 0).
 void fill_missing_fields(SeqRecord& record);
-
-// The sequence library's single-sequence reader and number prompt.
-int get_seq(std::FILE* input, std::FILE* output, SeqRecord& record, int format, int minRes, int maxRes);
-int get_top_num(std::FILE* input, std::FILE* output, int min, int max);

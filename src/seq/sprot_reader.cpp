@@ -37,18 +37,18 @@ int read_sprot_residues(std::FILE* stream, std::string& residues) {
 
 }  // namespace
 
-int read_seq_sprot(std::FILE* stream, SeqRecord& seq) {
+int read_seq_sprot(std::FILE* stream, SeqRecord& seq, const WarningSink& warnings) {
   seq.numRes = 0;
   // Switched off: removing this report switches the format on.
-  fatal_err(kModule, "Not supporting swiss-prot at this time\n");
-  return parse_seq_sprot(stream, seq);
+  raise_failure(kModule, "Not supporting swiss-prot at this time\n");
+  return parse_seq_sprot(stream, seq, warnings);
 }
 
-int parse_seq_sprot(std::FILE* stream, SeqRecord& seq) {
+int parse_seq_sprot(std::FILE* stream, SeqRecord& seq, const WarningSink& warnings) {
   if (!find_keyword(stream, "ID")) return -1;
   std::string line;
   if (!read_line(stream, line, kLineRead)) {
-    warn_err(kModule, "Unable to read accession for sequence\n");
+    warn(warnings, kModule, "Unable to read accession for sequence\n");
     return 0;
   }
   // The accession is the first six characters behind "ID", blanks and all.
@@ -58,7 +58,7 @@ int parse_seq_sprot(std::FILE* stream, SeqRecord& seq) {
   if (!find_keyword(stream, "DE")) return -1;
   skip_spaces(stream);
   if (!read_line(stream, line, kLineRead)) {
-    warn_err(kModule, "Unable to read title for sequence %s\n", acc.c_str());
+    warn(warnings, kModule, "Unable to read title for sequence %s\n", acc.c_str());
     return 0;
   }
   seq.title = line;

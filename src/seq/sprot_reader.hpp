@@ -6,5 +6,5 @@
 
 #include "seq/seq_record.hpp"
 
-int read_seq_sprot(std::FILE* stream, SeqRecord& seq);
-int parse_seq_sprot(std::FILE* stream, SeqRecord& seq);
+int read_seq_sprot(std::FILE* stream, SeqRecord& seq, const WarningSink& warnings);
+int parse_seq_sprot(std::FILE* stream, SeqRecord& seq, const WarningSink& warnings);

@@ -41,9 +41,9 @@ bool skip_to_entry(std::FILE* input) {
 
 std::string read_seq_id_str(std::FILE* input) {
   std::string code;
-  if (!read_word(input, code)) fatal_err("read_seq_id_str", "Expecting sequence but EOF found.");
+  if (!read_word(input, code)) raise_failure("read_seq_id_str", "Expecting sequence but EOF found.");
   code = as_c_text(code);
-  if (code.size() > kMaxCodeLen) fatal_err("read_seq_id_str", "Sequence ID code too long at: %s", code.c_str());
+  if (code.size() > kMaxCodeLen) raise_failure("read_seq_id_str", "Sequence ID code too long at: %s", code.c_str());
   return code;
 }
 
@@ -121,7 +121,7 @@ void add_data_line(const std::string& line, EntryData& data) {
     collect(clean, data.str, data.numStr);
   } else {
     for (const char ch : clean)
-      if (ch < 'A' || ch > 'Z') fatal_err("read_seq_data", "Illegal input line: %s", line.c_str());
+      if (ch < 'A' || ch > 'Z') raise_failure("read_seq_data", "Illegal input line: %s", line.c_str());
     collect(clean, data.res, data.numRes);
   }
 }
@@ -141,7 +141,7 @@ int read_seq_data(std::FILE* input, EntryData& data, int maxRes) {
       std::string rest;
       read_line(input, rest, kLineRead - 1);
       add_data_line(as_c_text(static_cast<char>(ch) + rest), data);
-      if (data.numRes > limit) fatal_err("read_seq_data", "Sequence has > %d amino acids", kMaxRes);
+      if (data.numRes > limit) raise_failure("read_seq_data", "Sequence has > %d amino acids", kMaxRes);
     }
     ch = std::fgetc(input);
   }
@@ -153,11 +153,11 @@ void store_seq_data(EntryData& data, SeqRecord& record, int minRes) {
   record.hasSRes = 0;
   record.hasURes = 0;
   record.numRes = static_cast<std::int32_t>(data.numRes);
-  if (data.numRes < minRes) fatal_err("store_seq_data", "Sequence has < %d amino acids.", minRes);
+  if (data.numRes < minRes) raise_failure("store_seq_data", "Sequence has < %d amino acids.", minRes);
   if (data.numStr != 0 && data.numStr != data.numRes)
-    fatal_err("store_seq_data", "Primary/secondary structures do not line up.");
+    raise_failure("store_seq_data", "Primary/secondary structures do not line up.");
   if (data.numAnc != 0 && data.numAnc != data.numRes)
-    fatal_err("store_seq_data", "Primary/anchor symbols do not line up.");
+    raise_failure("store_seq_data", "Primary/anchor symbols do not line up.");
   // Without structure or anchor lines the fillers stand in.
   record.pRes = std::move(data.res);
   record.sRes = data.numStr != 0 ? std::move(data.str) : checked_string(numRes, 'X', "store_seq_data: sRes");

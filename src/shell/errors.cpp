@@ -1,12 +1,9 @@
 #include "shell/errors.hpp"
 
 #include <cstdarg>
+#include <cstdio>
 
 namespace {
-
-const char* const kStars = "**************************************************\n";
-
-ErrorHook errorHook = nullptr;
 
 std::string vformat_text(const char* format, va_list args) {
   va_list copy;
@@ -21,60 +18,6 @@ std::string vformat_text(const char* format, va_list args) {
 
 }  // namespace
 
-void set_error_hook(ErrorHook hook) { errorHook = hook; }
-
-void show_err(int level, const char* module, const char* message) {
-  if (errorHook != nullptr) {
-    errorHook(level, module, message);
-    if (level == 1) std::exit(1);
-    return;
-  }
-  std::printf("\n%s\n", kStars);
-  std::printf("%s\n\n", level == 1 ? " Fatal Error Detected!" : " Warning, Error Detected!");
-  std::printf(" Module.: %s\n", module);
-  std::printf(" Message: %s\n", message);
-  std::printf("\n%s\n", kStars);
-  if (level == 1) std::exit(1);
-}
-
-void show_err_mem(const char* module) {
-  if (errorHook != nullptr) {
-    errorHook(1, module, "Out of memory");
-    return;
-  }
-  std::printf("\n%s\n", kStars);
-  std::printf(" Fatal Error: Out of memory...aborting\n");
-  std::printf(" Module: %s\n", module);
-  std::printf("\n%s\n", kStars);
-}
-
-void out_of_memory(const char* module) {
-  show_err_mem(module);
-  std::exit(1);
-}
-
-void* emalloc(std::size_t size, const char* module) {
-  void* block = std::malloc(size);
-  if (block == nullptr) out_of_memory(module);
-  return block;
-}
-
-void* ecalloc(std::size_t count, std::size_t size, const char* module) {
-  void* block = std::calloc(count, size);
-  if (block == nullptr) out_of_memory(module);
-  return block;
-}
-
-void show_prompt(std::FILE* stream, const char* text) { std::fprintf(stream, "%s%s", text, "\n>> "); }
-
-int show_msg(std::FILE* stream, const char* format, ...) {
-  va_list args;
-  va_start(args, format);
-  const int written = std::vfprintf(stream, format, args);
-  va_end(args);
-  return written;
-}
-
 std::string format_text(const char* format, ...) {
   va_list args;
   va_start(args, format);
@@ -83,21 +26,33 @@ std::string format_text(const char* format, ...) {
   return text;
 }
 
-void fatal_err(const char* module, const char* format, ...) {
+Failure make_failure(FailureKind kind, const char* module, const char* format, ...) {
   va_list args;
   va_start(args, format);
-  const std::string text = vformat_text(format, args);
+  Failure failure{kind, module, vformat_text(format, args), {}, 0};
   va_end(args);
-  show_err(1, module, text.c_str());
-  std::exit(1);  // not reached: level 1 ends the process
+  return failure;
 }
 
-void warn_err(const char* module, const char* format, ...) {
+void raise_failure(const char* module, const char* format, ...) {
   va_list args;
   va_start(args, format);
-  const std::string text = vformat_text(format, args);
+  std::string text = vformat_text(format, args);
   va_end(args);
-  show_err(0, module, text.c_str());
+  const FailureKind kind = text.starts_with("Program check") ? FailureKind::kProgramCheck : FailureKind::kFault;
+  throw RunFailure(Failure{kind, module, std::move(text), {}, 0});
+}
+
+void raise_out_of_memory(const char* module) {
+  throw RunFailure(Failure{FailureKind::kOutOfMemory, module, "Out of memory", {}, 0});
+}
+
+void warn(const WarningSink& sink, const char* module, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  Failure warning{FailureKind::kFault, module, vformat_text(format, args), {}, 0};
+  va_end(args);
+  if (sink) sink(warning);
 }
 
 std::string checked_string(std::size_t count, char fill, const char* module) {

@@ -1,53 +1,82 @@
-// Error reporting and checked allocation.
-//
-// Every error goes through show_err: level 1 prints the fatal frame and ends
-// the process with status 1; any other level prints the warning frame and
-// returns. Allocation failures print their own frame and end with status 1.
+// Errors as values. Library code never prints an error or ends the process:
+// a reader returns a Failure, and a fault deep inside a run (an internal
+// inconsistency, exhausted memory) is raised as RunFailure and caught where
+// the run or the reading was entered, which hands it back as a value. Only
+// the programs decide how a failure is shown and with what exit status.
 #pragma once
 
 #include <cstddef>
-#include <cstdio>
-#include <cstdlib>
+#include <exception>
+#include <functional>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-void show_err(int level, const char* module, const char* message);
+enum class FailureKind {
+  kFault,         // bad input or settings: the message says which
+  kProgramCheck,  // the program's own inconsistency
+  kOutOfMemory,   // module names the allocation
+  kAlignTooLong,  // an alignment wider than the designed column limit
+};
 
-// A program other than the designed ones may take over how errors are shown:
-// with a hook set, show_err and the out-of-memory report call it instead of
-// printing their frames (message "Out of memory" for the latter). A fatal
-// error still ends the process with status 1 if the hook returns.
-using ErrorHook = void (*)(int level, const char* module, const char* message);
-void set_error_hook(ErrorHook hook);
-void show_err_mem(const char* module);
-void* emalloc(std::size_t size, const char* module);
-void* ecalloc(std::size_t count, std::size_t size, const char* module);
-void show_prompt(std::FILE* stream, const char* text);
-int show_msg(std::FILE* stream, const char* format, ...) __attribute__((format(printf, 2, 3)));
+struct Failure {
+  FailureKind kind = FailureKind::kFault;
+  std::string module;   // the step that found it, as the designed frame names it
+  std::string message;  // as the designed frame shows it
+  std::string file;     // the file being read, when a reader knows it
+  int line = 0;         // its line, from 1, when known
+};
+
+// A warning does not stop a reading; the program decides where it goes.
+using WarningSink = std::function<void(const Failure&)>;
+
+// Carries a Failure from deep inside a run to the routine that entered it.
+struct RunFailure : std::exception {
+  Failure failure;
+  explicit RunFailure(Failure f) : failure(std::move(f)) {}
+  const char* what() const noexcept override { return failure.message.c_str(); }
+};
 
 // printf-style formatting into a std::string, for building messages.
 std::string format_text(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// show_err at level 1 with a formatted message; never returns.
-[[noreturn]] void fatal_err(const char* module, const char* format, ...) __attribute__((format(printf, 2, 3)));
-// show_err at level 0 with a formatted message.
-void warn_err(const char* module, const char* format, ...) __attribute__((format(printf, 2, 3)));
+Failure make_failure(FailureKind kind, const char* module, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
+// Raises a fault whose message starts "Program check" as kProgramCheck, any
+// other as kFault.
+[[noreturn]] void raise_failure(const char* module, const char* format, ...) __attribute__((format(printf, 2, 3)));
+[[noreturn]] void raise_out_of_memory(const char* module);
+void warn(const WarningSink& sink, const char* module, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
-// Ends the process as emalloc does when memory is exhausted.
-[[noreturn]] void out_of_memory(const char* module);
+// Runs work(); a failure raised inside comes back as the value, exhausted
+// memory that no checked allocation named as one of module. The library's
+// entry points name "main", as the programs' frame always has.
+template <class Work>
+std::optional<Failure> capture_failure(const char* module, Work&& work) {
+  try {
+    work();
+  } catch (const RunFailure& raised) {
+    return raised.failure;
+  } catch (const std::bad_alloc&) {
+    return Failure{FailureKind::kOutOfMemory, module, "Out of memory", {}, 0};
+  } catch (const std::length_error&) {
+    return Failure{FailureKind::kOutOfMemory, module, "Out of memory", {}, 0};
+  }
+  return std::nullopt;
+}
 
 // Runs make() and returns what it returns; running out of memory on the way
-// ends the run with the out-of-memory frame naming module.
+// raises the out-of-memory failure naming module.
 template <class Make>
 decltype(auto) checked_alloc(const char* module, Make&& make) {
   try {
     return make();
   } catch (const std::bad_alloc&) {
-    out_of_memory(module);
+    raise_out_of_memory(module);
   } catch (const std::length_error&) {
-    out_of_memory(module);
+    raise_out_of_memory(module);
   }
 }
 

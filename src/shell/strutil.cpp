@@ -34,7 +34,7 @@ void str_match_blanks(const char* inStr, int inLen, const char* pattern, int pat
   // The check always counts ' ': every caller passes ' ' as blankCh.
   if (patLen - count_chars_in_string(pattern, patLen, ' ') != inLen) {
     const std::string shown(inStr, static_cast<std::size_t>(std::max(inLen, 0)));
-    fatal_err("str_match_blanks", "Program check: inStr = %s", shown.c_str());
+    raise_failure("str_match_blanks", "Program check: inStr = %s", shown.c_str());
   }
   int j = 0;
   for (int i = 0; i < patLen; ++i) out[i] = (pattern[i] == blankCh) ? blankCh : inStr[j++];
@@ -44,33 +44,6 @@ void str_scan(char* text, int len, char from, char to) {
   if (from == to) return;  // nothing would change
   for (int i = 0; i < len; ++i)
     if (text[i] == from) text[i] = to;
-}
-
-void chars_to_nums(int len, const char* chars, std::int32_t* codes) {
-  for (int i = 0; i < len; ++i) {
-    const signed char ch = static_cast<signed char>(chars[i]);
-    codes[i] = (ch >= 'A' && ch <= 'Z') ? ch - 'A' : 26;
-  }
-}
-
-int string_match_num(const char* a, const char* b, int lenA, int lenB) {
-  const int len = std::min(lenA, lenB);
-  int matches = 0;
-  for (int i = 0; i < len; ++i)
-    if (a[i] == b[i]) ++matches;
-  return matches;
-}
-
-int calc_align_strlen(const char* text, int* lead, int* end) {
-  int length = 0;
-  while (text[length] != '\0') ++length;
-  int first = 0;
-  while (first < length && text[first] == ' ') ++first;
-  int last = length;
-  while (last > 0 && text[last - 1] == ' ') --last;
-  *lead = first;
-  *end = last;
-  return last - first;
 }
 
 std::string fit_text(std::string_view text, int n, char filler, const char* module) {

@@ -14,9 +14,6 @@ int count_chars_in_string(const char* text, int len, char ch);
 // blank where pattern has blankCh and the next inStr character elsewhere.
 void str_match_blanks(const char* inStr, int inLen, const char* pattern, int patLen, char blankCh, char* out);
 void str_scan(char* text, int len, char from, char to);
-void chars_to_nums(int len, const char* chars, std::int32_t* codes);
-int string_match_num(const char* a, const char* b, int lenA, int lenB);
-int calc_align_strlen(const char* text, int* lead, int* end);
 
 // text cut or filled with filler to exactly n characters (none for n < 1).
 // Out of memory ends the run naming module.

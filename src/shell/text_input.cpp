@@ -138,3 +138,5 @@ bool read_text_file(const std::string& path, std::string& text, std::string& err
   if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);
   return true;
 }
+
+void show_prompt(std::FILE* stream, const char* text) { std::fprintf(stream, "%s%s", text, "\n>> "); }

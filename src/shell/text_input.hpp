@@ -57,3 +57,7 @@ std::vector<std::string_view> split_lines(std::string_view text);
 
 // Reads a whole file; false with a message naming it when it can't.
 bool read_text_file(const std::string& path, std::string& text, std::string& error);
+
+// Writes text followed by the prompt marker "\n>> " that every terminal
+// question ends with.
+void show_prompt(std::FILE* stream, const char* text);

@@ -188,10 +188,12 @@ TEST(ShippedExamples, WholeRunsKeepEveryResidueAndAnchor) {
     SCOPED_TRACE(c.example);
     TempDir dir;
     copy_shipped(dir, std::string("examples/") + c.example);
-    for (SeqRecord& record : mySeq) record = SeqRecord{};
-    int count = 0;
+    std::vector<SeqRecord> seqs;
     const UniqueFile quiet(std::tmpfile());
-    mget_seqs(dir.file(c.example).string(), quiet.get(), mySeq, c.format, kMaxSeqs, kMinRes, kMaxRes, count);
+    ASSERT_EQ(
+        mget_seqs(dir.file(c.example).string(), seqs, kMaxSeqs, {c.format, kMinRes, kMaxRes, quiet.get(), nullptr}),
+        std::nullopt);
+    const int count = static_cast<int>(seqs.size());
     ASSERT_EQ(count, c.count);
     const RunResult run = ravlin(dir, c.args, c.answers);
     ASSERT_EQ(run.status, 0) << run.out;
@@ -200,7 +202,7 @@ TEST(ShippedExamples, WholeRunsKeepEveryResidueAndAnchor) {
     EXPECT_EQ(rows.size(), static_cast<std::size_t>(count));
     std::map<char, std::set<std::size_t>> anchorColumns;
     for (int k = 0; k < count; ++k) {
-      const SeqRecord& input = mySeq[static_cast<std::size_t>(k)];
+      const SeqRecord& input = seqs[static_cast<std::size_t>(k)];
       SCOPED_TRACE(input.acc.value_or(""));
       ASSERT_TRUE(rows.count(input.acc.value_or("")));
       const AlignedRow& row = rows.at(input.acc.value_or(""));

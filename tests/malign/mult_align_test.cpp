@@ -3,16 +3,14 @@
 // anchors 10000 against themselves, so every path sum can be added up by hand.
 #include "malign/mult_align.hpp"
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "align/pair_align.hpp"
 #include "align/score_codes.hpp"
+#include "malign/run.hpp"
 #include "matrix/weight_matrix.hpp"
-#include "report/report_sections.hpp"
 #include "seq/seq_record.hpp"
-#include "shell/run_params.hpp"
 #include "support/test_support.hpp"
 
 namespace {
@@ -27,52 +25,44 @@ struct Seq {
 class MultAlignTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    wtMatrix.fill(0);
-    ssMatrix.fill(0);
-    for (int code = 0; code < 26; ++code) wtMatrix[code * kTableDim + code] = 5;
-    for (int code = 27; code < kTableDim; ++code) wtMatrix[code * kTableDim + code] = kAnchorScore;
-    gapPen = 3, gapSizePen = 1, incGapPen = midStructPen = endStructPen = 0;
-    resLineLen = 60, printFormat = printOrderFlag = 0, consensusPercent = 50;
-    outfp = std::fopen(dir_.file("report").c_str(), "w");
-  }
-
-  void TearDown() override {
-    std::fclose(outfp);
-    outfp = nullptr;
+    for (int code = 0; code < 26; ++code) settings_.wtMatrix[code * kTableDim + code] = 5;
+    for (int code = 27; code < kTableDim; ++code) settings_.wtMatrix[code * kTableDim + code] = kAnchorScore;
+    settings_.gapPen = 3, settings_.gapSizePen = 1;
   }
 
   // Aligns the sequences in the given order and returns the members' residues.
-  static Rows align(const std::vector<Seq>& seqs, const std::vector<int>& order) {
-    for (std::size_t k = 0; k < mySeq.size(); ++k) mySeq[k] = SeqRecord{};
+  Rows align(const std::vector<Seq>& seqs, const std::vector<int>& order) {
+    seqs_.clear();
     for (std::size_t k = 0; k < seqs.size(); ++k) {
       const Seq& s = seqs[k];
-      SeqRecord& seq = mySeq[k];
+      SeqRecord& seq = seqs_.emplace_back();
       seq.acc = "S" + std::to_string(k);
       seq.pRes = s.res, seq.numRes = static_cast<int>(s.res.size());
       seq.hasSRes = !s.sres.empty(), seq.sRes = seq.hasSRes ? s.sres : std::string(s.res.size(), 'X');
       seq.hasURes = !s.ures.empty(), seq.uRes = seq.hasURes ? s.ures : std::string(s.res.size(), '-');
     }
-    multAlignNum = static_cast<int>(seqs.size());
-    mar = AlignRecord{};
-    mar.seqs.resize(order.size());
-    do_mult_align(order);
+    mar_ = AlignRecord{};
+    build_mult_align(settings_, seqs_, order, mar_);
     Rows rows;
-    for (int k = 0; k < mar.numSeqs; ++k) rows.push_back(mar.seqs[static_cast<std::size_t>(k)].aRes);
+    for (int k = 0; k < mar_.numSeqs; ++k) rows.push_back(mar_.seqs[static_cast<std::size_t>(k)].aRes);
     return rows;
   }
 
-  testsupport::TempDir dir_;
+  RunSettings settings_;
+  std::vector<SeqRecord> seqs_;
+  AlignRecord mar_;
 };
 
 // ACDEF against ACEF: the gap opposite D costs 3 + 1 and gains the E and F
 // matches (20 - 4 = 16 against 10 for the straight diagonal).
 TEST_F(MultAlignTest, TwoSequencesGiveThePairwiseAlignment) {
   EXPECT_EQ(align({{"ACDEF"}, {"ACEF"}}, {0, 1}), (Rows{"ACDEF", "AC EF"}));
-  EXPECT_EQ(mar.seqs[1].aSRes, "XX XX");
-  EXPECT_DOUBLE_EQ(mar.pctHomol, 80.0);  // 4 x 5 over 5 x 5: D faces a gap
+  EXPECT_EQ(mar_.seqs[1].aSRes, "XX XX");
+  EXPECT_DOUBLE_EQ(mar_.pctHomol, 80.0);  // 4 x 5 over 5 x 5: D faces a gap
   AlignRecord pair;
-  pair.seqs.resize(2);
-  do_pair_align(pair, mySeq[0], mySeq[1], wtMatrix, ssMatrix, gapPen, gapSizePen, 0, 0, 1, 0, 1);
+  AlignWorkspace ws;
+  const PairParams params{&settings_.wtMatrix, &settings_.ssMatrix, 3, 1, 0, 0, 1, 0, 1};
+  ASSERT_FALSE(align_failed(align_pair(ws, pair, seqs_[0], seqs_[1], params)));
   EXPECT_EQ((Rows{pair.seqs[0].aRes, pair.seqs[1].aRes}), (Rows{"ACDEF", "AC EF"}));
 }
 
@@ -103,7 +93,8 @@ TEST_F(MultAlignTest, GapsFollowThePenaltiesInForce) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.why);
-    gapPen = c.gapPen, incGapPen = c.incGapPen, midStructPen = endStructPen = c.structPen;
+    settings_.gapPen = c.gapPen, settings_.incGapPen = c.incGapPen;
+    settings_.midStructPen = settings_.endStructPen = c.structPen;
     std::vector<int> order(c.seqs.size());
     for (std::size_t k = 0; k < order.size(); ++k) order[k] = static_cast<int>(k);
     EXPECT_EQ(align(c.seqs, order), c.expected);
@@ -115,10 +106,42 @@ TEST_F(MultAlignTest, GapsFollowThePenaltiesInForce) {
 // first four residues and the first one's tail face the ends.
 TEST_F(MultAlignTest, AnchorsDrawResiduesIntoOneColumn) {
   EXPECT_EQ(align({{"ACDEF", "", "1----"}, {"ACDWA", "", "----1"}}, {0, 1}), (Rows{"    ACDEF", "ACDWA    "}));
-  EXPECT_EQ(mar.seqs[0].aURes, "    1----");
-  EXPECT_EQ(mar.seqs[1].aURes, "----1    ");
-  EXPECT_EQ(mar.overlapStart, 5);
-  EXPECT_EQ(mar.overlapEnd, 5);
+  EXPECT_EQ(mar_.seqs[0].aURes, "    1----");
+  EXPECT_EQ(mar_.seqs[1].aURes, "----1    ");
+  EXPECT_EQ(mar_.overlapStart, 5);
+  EXPECT_EQ(mar_.overlapEnd, 5);
 }
 
 }  // namespace
+
+// The run as a whole: records without an id get one from their place in the
+// order, and a run whose alignment grows past the column limit hands the
+// failure back instead of ending the process.
+TEST_F(MultAlignTest, RunGivesDefaultIdsAndReturnsItsFailure) {
+  RunInput input;
+  for (const char* res : {"ACDEF", "ACEF", "ACDF"}) {
+    SeqRecord& seq = input.seqs.emplace_back();
+    seq.pRes = res, seq.numRes = static_cast<int>(seq.pRes.size());
+    fill_missing_fields(seq);
+  }
+  input.seqs[1].acc = "KEEP";
+  input.seqSelect = 4;  // input order
+  RunResult result;
+  ASSERT_EQ(align_run(settings_, input, result, {}), std::nullopt);
+  EXPECT_EQ(input.seqs[0].acc, "Seq_1");
+  EXPECT_EQ(input.seqs[1].acc, "KEEP");
+  EXPECT_EQ(input.seqs[2].acc, "Seq_3");
+  EXPECT_EQ(result.alignment.seqs[1].aRes, "AC EF");
+
+  // The A runs line up only with the W run of the second hanging over: 3,800 columns.
+  for (SeqRecord& seq : input.seqs) {
+    seq.pRes = std::string(&seq == &input.seqs[1] ? 1800 : 0, 'W') + std::string(2000, 'A');
+    seq.numRes = static_cast<int>(seq.pRes.size());
+    seq.sRes.reset(), seq.uRes.reset();
+    fill_missing_fields(seq);
+  }
+  const std::optional<Failure> failure = align_run(settings_, input, result, {});
+  ASSERT_TRUE(failure.has_value());
+  EXPECT_EQ(failure->kind, FailureKind::kAlignTooLong);
+  EXPECT_EQ(failure->module, "find_best_align");
+}

@@ -70,10 +70,11 @@ TEST(Ordering, WalksOverTheSortedPairs) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const int n = static_cast<int>(c.structures.size());
-    for (int k = 0; k < n; ++k) mySeq[static_cast<std::size_t>(k)].hasSRes = c.structures[static_cast<std::size_t>(k)];
+    std::vector<SeqRecord> seqs(static_cast<std::size_t>(n));
+    for (int k = 0; k < n; ++k) seqs[static_cast<std::size_t>(k)].hasSRes = c.structures[static_cast<std::size_t>(k)];
     std::vector<int> order(kMaxSeqs, -7);
     if (c.chosen < 0) {
-      order_computed(c.pairs, n, order);
+      order_computed(c.pairs, seqs, order);
     } else {
       order_against_seq(c.pairs, c.chosen, n, order);
     }

@@ -21,10 +21,8 @@ TEST(PairStage, ThreadCountFromTheSettingTheEnvironmentOrTheCores) {
       setenv("RAVLIN_THREADS", env, 1);
     else
       unsetenv("RAVLIN_THREADS");
-    set_pair_threads(set);
-    EXPECT_EQ(pair_threads(), expected) << set << " " << (env ? env : "(unset)");
+    EXPECT_EQ(pair_threads(set), expected) << set << " " << (env ? env : "(unset)");
   }
-  set_pair_threads(0);
   unsetenv("RAVLIN_THREADS");
 }
 

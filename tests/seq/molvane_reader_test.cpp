@@ -10,9 +10,9 @@ namespace {
 // The reader's result and the warnings it wrote to standard output.
 std::pair<int, std::string> read_into(SeqRecord& seq, const std::string& text) {
   const UniqueFile in = testsupport::stream_of(text);
-  testing::internal::CaptureStdout();
-  const int status = read_seq_molvane(in.get(), seq, 3, 4000);
-  return {status, testing::internal::GetCapturedStdout()};
+  std::string printed;
+  const int status = read_seq_molvane(in.get(), seq, 3, 4000, testsupport::frame_warnings(printed));
+  return {status, printed};
 }
 
 std::pair<int, std::string> outcome(const std::string& text) {

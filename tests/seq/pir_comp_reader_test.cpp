@@ -154,7 +154,7 @@ TEST(PirCompReader, ReadSeqCutsTheCountButNotTheResidues) {
   for (int k = 0; k < 10; ++k) packed += "\xFF\x7F\xFB\xFF\xB7";
   UniqueFile in = stream_of(record(4320, packed, "long~L1~"));
   SeqRecord seq;
-  ASSERT_EQ(read_seq(in.get(), stdout, seq, kFormatPirComp, kMinRes, kMaxRes), 1);
+  ASSERT_EQ(read_seq(in.get(), seq, SeqReading{kFormatPirComp, kMinRes, kMaxRes, stdout, nullptr}), 1);
   EXPECT_EQ(seq.numRes, kMaxRes);
   EXPECT_EQ(seq.pRes, std::string(4320, 'W'));
 }

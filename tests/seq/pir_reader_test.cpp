@@ -28,9 +28,7 @@ struct PirRead {
 PirRead read_pir(const std::string& text, int maxRes = 4000) {
   const UniqueFile in = stream_of(text);
   PirRead out;
-  testing::internal::CaptureStdout();
-  out.result = read_seq_pir(in.get(), out.seq, 3, maxRes);
-  out.printed = testing::internal::GetCapturedStdout();
+  out.result = read_seq_pir(in.get(), out.seq, 3, maxRes, testsupport::frame_warnings(out.printed));
   for (int ch; (ch = std::fgetc(in.get())) != EOF;) out.rest.push_back(static_cast<char>(ch));
   return out;
 }
@@ -45,7 +43,7 @@ TEST(ReadSeqPir, ClearsWhatItHasNoFieldFor) {
   seq.sRes = seq.organism = "kept";
   seq.hasSRes = 1;
   EXPECT_EQ(read_seq_pir(stream_of(entry("CCHU", "cytochrome c", "      1 G D V E K G\n      7 K K I\n")).get(), seq, 3,
-                         4000),
+                         4000, nullptr),
             1);
   EXPECT_EQ(seq.pRes, "GDVEKGKKI");
   EXPECT_EQ(seq.hasSRes, 0);

@@ -33,7 +33,7 @@ TEST(ReadSeq, TypedSequenceGetsFillersAndNumbering) {
   const UniqueFile out(std::tmpfile());
   SeqRecord record;
   record.hasSRes = 1;  // a flag without its string is not believed
-  ASSERT_EQ(read_seq(in.get(), out.get(), record, kFormatKeyboard, 3, 4000), 1);
+  ASSERT_EQ(read_seq(in.get(), record, SeqReading{kFormatKeyboard, 3, 4000, out.get(), nullptr}), 1);
   EXPECT_EQ(rest_of(out.get()), testsupport::read_golden("seq/keyboard_intro.txt") +
                                     testsupport::read_golden("seq/ruler_indent3.txt") + "\n>> ");
   EXPECT_EQ(record.title, "typed\n");
@@ -48,27 +48,30 @@ TEST(ReadSeq, TypedSequenceGetsFillersAndNumbering) {
 
 TEST(MreadSeq, AFullTableStillGetsOneRead) {
   std::vector<SeqRecord> roomy(501), full(500);
-  int count = 500;
-  EXPECT_EQ(mread_seq(stream_of(text_entries(2)).get(), stdout, roomy, count, 500, kFormatText, 3, 4000), 1);
+  int count = 500, result = 0;
+  const SeqReading how{kFormatText, 3, 4000, stdout, nullptr};
+  EXPECT_EQ(mread_seq(stream_of(text_entries(2)).get(), roomy, count, 500, how, result), std::nullopt);
+  EXPECT_EQ(result, 1);
   EXPECT_EQ(count, 501);
   EXPECT_EQ(roomy[500].acc, "S1");
   // Without room for it the entry is read and dropped, never written past the table.
   count = 500;
-  EXPECT_EQ(mread_seq(stream_of(text_entries(2)).get(), stdout, full, count, 500, kFormatText, 3, 4000), 1);
+  EXPECT_EQ(mread_seq(stream_of(text_entries(2)).get(), full, count, 500, how, result), std::nullopt);
   EXPECT_EQ(count, 501);
   EXPECT_FALSE(full[499].acc.has_value());
 }
 
-TEST(MgetSeqs, ReadsAtMostMaxSeqsAndNoMoreThanTheTableHolds) {
+TEST(MgetSeqs, ReadsAtMostMaxSeqsAndReturnsItsFaults) {
   TempDir dir;
   const auto path = dir.write("many.seq", text_entries(600));
-  std::vector<SeqRecord> records(500), few(3);
+  std::vector<SeqRecord> records;
   const UniqueFile out(std::tmpfile());
-  int numSeqs = 0;
-  EXPECT_EQ(mget_seqs(path.string(), out.get(), records, kFormatText, 500, 3, 4000, numSeqs), 1);
-  EXPECT_EQ(numSeqs, 500);
+  const SeqReading how{kFormatText, 3, 4000, out.get(), nullptr};
+  EXPECT_EQ(mget_seqs(path.string(), records, 500, how), std::nullopt);
+  ASSERT_EQ(records.size(), 500u);
   EXPECT_EQ(records[499].acc, "S500");
   EXPECT_EQ(rest_of(out.get()), "\nNumber of sequences to align: 500");
-  EXPECT_EQ(mget_seqs(path.string(), out.get(), few, kFormatText, 500, 3, 4000, numSeqs), 1);
-  EXPECT_EQ(numSeqs, 3);
+  const std::optional<Failure> one = mget_seqs(dir.write("one.seq", text_entries(1)).string(), records, 500, how);
+  ASSERT_TRUE(one.has_value());
+  EXPECT_EQ(one->message, "Must have 2 or more sequences to align.");
 }

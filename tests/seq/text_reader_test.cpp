@@ -107,6 +107,6 @@ TEST(ReadSeqTextDeathTest, EveryMessage) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.message);
-    EXPECT_FATAL_OUTPUT(read_one(c.text, 3, c.maxRes), error_frame(1, c.module, c.message));
+    EXPECT_RAISES(read_one(c.text, 3, c.maxRes), error_frame(1, c.module, c.message));
   }
 }

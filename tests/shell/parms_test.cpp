@@ -60,21 +60,19 @@ TEST(ReadParmInt, ValueMayFollowOnTheNextLineAndBoundsAreInclusive) {
 TEST(ReadParmInt, BoundsAndMissingValuesAreFatal) {
   int value = 0;
   auto high = stream_of(" 503 ");
-  EXPECT_FATAL_OUTPUT(
-      read_parm_int(high.get(), &value, 1, 502, "RAVLIN:SEQ_SELECT"),
-      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:SEQ_SELECT' Upper bound exceeded: 503 > 502\n"));
+  EXPECT_RAISES(read_parm_int(high.get(), &value, 1, 502, "RAVLIN:SEQ_SELECT"),
+                error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:SEQ_SELECT' Upper bound exceeded: 503 > 502\n"));
   auto word = stream_of("RAVLIN:NEXT 5");
-  EXPECT_FATAL_OUTPUT(
-      read_parm_int(word.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
-      error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
+  EXPECT_RAISES(read_parm_int(word.get(), &value, 0, 1, "RAVLIN:PRINT_FORMAT"),
+                error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:PRINT_FORMAT' Missing or non-numeric value\n"));
   // A number too large for an int is held at the limit, never wrapped into range.
   auto huge = stream_of("4294967297");
-  EXPECT_FATAL_OUTPUT(
+  EXPECT_RAISES(
       read_parm_int(huge.get(), &value, -100, 100, "RAVLIN:STRUCT_BIAS"),
       error_frame(1, "read_parm_int", "Parm key = 'RAVLIN:STRUCT_BIAS' Upper bound exceeded: 2147483647 > 100\n"));
 }
 
 TEST(GetParmsFile, MissingFileIsFatal) {
-  EXPECT_FATAL_OUTPUT(get_parms_file("/nonexistent/ravlin.parms"),
-                      error_frame(1, "get_parms_file", "Cannot open parameter file: /nonexistent/ravlin.parms\n"));
+  EXPECT_RAISES(get_parms_file("/nonexistent/ravlin.parms"),
+                error_frame(1, "get_parms_file", "Cannot open parameter file: /nonexistent/ravlin.parms\n"));
 }

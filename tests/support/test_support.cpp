@@ -96,6 +96,17 @@ std::string error_frame(int level, const std::string& module, const std::string&
          " Module.: " + module + "\n" + " Message: " + message + "\n" + "\n" + stars + "\n\n";
 }
 
+std::string raised(const std::function<void()>& work) {
+  const std::optional<Failure> failure = capture_failure("main", work);
+  if (!failure) return "(nothing raised)";
+  if (failure->kind == FailureKind::kOutOfMemory) return "Out of memory in " + failure->module;
+  return error_frame(1, failure->module, failure->message);
+}
+
+WarningSink frame_warnings(std::string& printed) {
+  return [&printed](const Failure& warning) { printed += error_frame(0, warning.module, warning.message); };
+}
+
 void stdout_to_stderr() {
   std::fflush(stdout);
   dup2(2, 1);

@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
+#include "shell/errors.hpp"
 #include "shell/text_input.hpp"
 
 namespace testsupport {
@@ -57,8 +59,13 @@ std::filesystem::path source_path(const std::string& relative);
 // Contents of tests/golden/<relative>; a missing file fails the test.
 std::string read_golden(const std::string& relative);
 
-// The framed report that show_err prints.
+// The framed report that ravlin and ravlin-batch print for an error.
 std::string error_frame(int level, const std::string& module, const std::string& message);
+
+// The frame of the failure that work raises, or "(nothing raised)".
+std::string raised(const std::function<void()>& work);
+// A sink that appends each warning's frame to printed.
+WarningSink frame_warnings(std::string& printed);
 
 // Sends what the statement writes to standard output to standard error, so a
 // death test can match it.
@@ -69,12 +76,5 @@ std::string mask_date(const std::string& report);
 
 }  // namespace testsupport
 
-// Expects statement to end the process with status 1 after writing exactly
-// expected to standard output.
-#define EXPECT_FATAL_OUTPUT(statement, expected) \
-  EXPECT_EXIT(                                   \
-      {                                          \
-        ::testsupport::stdout_to_stderr();       \
-        statement;                               \
-      },                                         \
-      ::testing::ExitedWithCode(1), ::testing::Eq(std::string(expected)))
+// Expects statement to raise the failure whose frame is expected.
+#define EXPECT_RAISES(statement, expected) EXPECT_EQ(::testsupport::raised([&] { statement; }), std::string(expected))

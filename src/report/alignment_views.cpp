@@ -1,28 +1,24 @@
 // Sections: print options, label rows, pair and multiple-alignment views,
 // default ids and print positions; then their private helpers.
-#include "malign/alignment_views.hpp"
+#include "report/alignment_views.hpp"
 
 #include <algorithm>
 #include <array>
 
-#include "matrix/weight_matrix.hpp"
-#include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
-#include "shell/run_params.hpp"
 #include "shell/strutil.hpp"
 
 namespace {
 
 const char* const kProgramCheck = "Program check, see programmer.";
-constexpr int kBigIdFrom = 100;  // from here on the default id drops its underscore
 
-const SeqRecord& seq_at(int seqIndex, const char* module) {
-  if (seqIndex < 0 || seqIndex >= static_cast<int>(mySeq.size())) fatal_err(module, "%s", kProgramCheck);
-  return mySeq[static_cast<std::size_t>(seqIndex)];
+const SeqRecord& seq_at(std::span<const SeqRecord> seqs, int seqIndex, const char* module) {
+  if (seqIndex < 0 || seqIndex >= static_cast<int>(seqs.size())) raise_failure(module, "%s", kProgramCheck);
+  return seqs[static_cast<std::size_t>(seqIndex)];
 }
 
-ViewRow label_row(int seqIndex, const char* module) {
-  const SeqRecord& record = seq_at(seqIndex, module);
+ViewRow label_row(std::span<const SeqRecord> seqs, int seqIndex, const char* module) {
+  const SeqRecord& record = seq_at(seqs, seqIndex, module);
   ViewRow row;
   row.seqIndex = seqIndex;
   row.id = record.acc.value_or("");
@@ -35,18 +31,20 @@ ViewRow label_row(int seqIndex, const char* module) {
   return row;
 }
 
-ViewRow aligned_row(const AlignedSeq& member, int width, const char* module) {
-  ViewRow row = label_row(member.seqIndex, module);
+ViewRow aligned_row(std::span<const SeqRecord> seqs, const AlignedSeq& member, int width, const char* module) {
+  ViewRow row = label_row(seqs, member.seqIndex, module);
   row.residues = fit_text(member.aRes, width, ' ', module);
   row.structure = fit_text(member.aSRes, width, ' ', module);
   row.groups = fit_text(member.aURes, width, ' ', module);
   return row;
 }
 
-int listed_seqs(std::span<const int> alignOrder) { return std::min(multAlignNum, static_cast<int>(alignOrder.size())); }
+int listed_seqs(std::span<const SeqRecord> seqs, std::span<const int> alignOrder) {
+  return static_cast<int>(std::min(seqs.size(), alignOrder.size()));
+}
 
 int order_entry(std::span<const int> alignOrder, int k) {
-  if (k < 0 || k >= static_cast<int>(alignOrder.size())) fatal_err("get_malign_index", "%s", kProgramCheck);
+  if (k < 0 || k >= static_cast<int>(alignOrder.size())) raise_failure("get_malign_index", "%s", kProgramCheck);
   return alignOrder[static_cast<std::size_t>(k)];
 }
 
@@ -82,62 +80,63 @@ std::string consensus_of(const std::vector<ViewRow>& rows, int width, double thr
 
 }  // namespace
 
-PrintOptions run_print_options() {
+PrintOptions run_print_options(const RunSettings& settings, const ScoreTable& residueTable) {
   PrintOptions options;
-  options.resLineLen = resLineLen;
-  options.molvaneLayout = printFormat == 1;
-  options.residueTable = &wtMatrix;
-  options.nearMatchScore = nearMatchScore;
-  options.scoreFile = wtMatFname;
-  options.gapPen = gapPen;
-  options.gapSizePen = gapSizePen;
-  options.midStructPen = midStructPen;
-  options.endStructPen = endStructPen;
-  options.blankMatch = blankMatch;
-  options.structBias = structBias;
-  options.incGapPen = incGapPen;
-  options.consensusPercent = consensusPercent;
-  options.printPctHom = printPctHomFlag != 0;
+  options.resLineLen = settings.resLineLen;
+  options.molvaneLayout = settings.printFormat == 1;
+  options.residueTable = &residueTable;
+  options.nearMatchScore = settings.nearMatchScore;
+  options.scoreFile = settings.wtMatFname;
+  options.gapPen = settings.gapPen;
+  options.gapSizePen = settings.gapSizePen;
+  options.midStructPen = settings.midStructPen;
+  options.endStructPen = settings.endStructPen;
+  options.blankMatch = settings.blankMatch;
+  options.structBias = settings.structBias;
+  options.incGapPen = settings.incGapPen;
+  options.consensusPercent = settings.consensusPercent;
+  options.printPctHom = settings.printPctHomFlag != 0;
   // Sorted printing means alignment order, the inverse of the flag.
-  options.printSorted = printOrderFlag == 0;
-  options.printPairs = printPairsFlag != 0;
+  options.printSorted = settings.printOrderFlag == 0;
+  options.printPairs = settings.printPairsFlag != 0;
   return options;
 }
 
-std::vector<ViewRow> print_order_rows(std::span<const int> alignOrder, int byInput) {
+std::vector<ViewRow> print_order_rows(std::span<const SeqRecord> seqs, std::span<const int> alignOrder, int byInput) {
   std::vector<ViewRow> rows;
-  const int n = listed_seqs(alignOrder);
+  const int n = listed_seqs(seqs, alignOrder);
   for (int p = 0; p < n; ++p) {
     const int k = get_malign_index(alignOrder, p, byInput);
-    rows.push_back(label_row(order_entry(alignOrder, k), "print_sequences_section"));
+    rows.push_back(label_row(seqs, order_entry(alignOrder, k), "print_sequences_section"));
   }
   return rows;
 }
 
-std::vector<ViewRow> align_order_rows(std::span<const int> alignOrder) {
+std::vector<ViewRow> align_order_rows(std::span<const SeqRecord> seqs, std::span<const int> alignOrder) {
   std::vector<ViewRow> rows;
-  const int n = listed_seqs(alignOrder);
+  const int n = listed_seqs(seqs, alignOrder);
   for (int i = 0; i < n; ++i) {
     const int s = alignOrder[static_cast<std::size_t>(i)];
-    if (s < 0 || s >= kMaxSeqs) fatal_err("print_pct_hom_section", "%s", kProgramCheck);
-    rows.push_back(label_row(s, "print_pct_hom_section"));
+    if (s < 0 || s >= kMaxSeqs) raise_failure("print_pct_hom_section", "%s", kProgramCheck);
+    rows.push_back(label_row(seqs, s, "print_pct_hom_section"));
   }
   return rows;
 }
 
-AlignmentView pair_view(const AlignRecord& pair) {
-  if (pair.seqs.size() < 2) fatal_err("print_pairwise_section", "%s", kProgramCheck);
+AlignmentView pair_view(std::span<const SeqRecord> seqs, const AlignRecord& pair) {
+  if (pair.seqs.size() < 2) raise_failure("print_pairwise_section", "%s", kProgramCheck);
   AlignmentView view;
   view.width = std::max(pair.alignLen, 0);
   view.pctHomol = pair.pctHomol;
   view.alignScore = pair.alignScore;
   for (int k = 0; k < 2; ++k)
-    view.rows.push_back(aligned_row(pair.seqs[static_cast<std::size_t>(k)], view.width, "print_pairwise_section"));
+    view.rows.push_back(
+        aligned_row(seqs, pair.seqs[static_cast<std::size_t>(k)], view.width, "print_pairwise_section"));
   return view;
 }
 
-AlignmentView malign_view(const AlignRecord& malign, std::span<const int> alignOrder, int byInput,
-                          int consensusPercent) {
+AlignmentView malign_view(std::span<const SeqRecord> seqs, const AlignRecord& malign, std::span<const int> alignOrder,
+                          int byInput, int consensusPercent) {
   AlignmentView view;
   view.width = std::max(malign.alignLen, 0);
   view.overlapStart = malign.overlapStart;
@@ -147,27 +146,16 @@ AlignmentView malign_view(const AlignRecord& malign, std::span<const int> alignO
   const int members = members_of(malign);
   for (int p = 0; p < members; ++p) {
     const int k = get_malign_index(alignOrder, p, byInput);
-    if (k < 0 || k >= members) fatal_err("get_malign_index", "%s", kProgramCheck);
-    view.rows.push_back(aligned_row(malign.seqs[static_cast<std::size_t>(k)], view.width, "print_mult_align"));
+    if (k < 0 || k >= members) raise_failure("get_malign_index", "%s", kProgramCheck);
+    view.rows.push_back(aligned_row(seqs, malign.seqs[static_cast<std::size_t>(k)], view.width, "print_mult_align"));
   }
   view.consensus = consensus_of(view.rows, view.width, malign.numSeqs * consensusPercent * 0.01);
   return view;
 }
 
-void set_seq_id_str(std::span<const int> alignOrder) {
-  const int n = std::min({multAlignNum, static_cast<int>(alignOrder.size()), static_cast<int>(mySeq.size())});
-  for (int i = 0; i < n; ++i) {
-    SeqRecord& record = mySeq[static_cast<std::size_t>(i)];
-    if (record.acc) continue;
-    const int number = alignOrder[static_cast<std::size_t>(i)] + 1;
-    record.acc = checked_alloc("set_seq_id_str:acc",
-                               [number] { return format_text(number < kBigIdFrom ? "Seq_%d" : "Seq%d", number); });
-  }
-}
-
 int get_malign_index(std::span<const int> alignOrder, int index, int byInput) {
   if (byInput == 0) return index;
   const auto at = std::find(alignOrder.begin(), alignOrder.end(), index);
-  if (at == alignOrder.end()) fatal_err("get_malign_index", "%s", kProgramCheck);
+  if (at == alignOrder.end()) raise_failure("get_malign_index", "%s", kProgramCheck);
   return static_cast<int>(at - alignOrder.begin());
 }
