@@ -16,18 +16,44 @@ namespace {
 
 constexpr int kMaxThreads = 256;
 
+// Every format ravlin-align names, in the order its messages list them: what
+// it reads (--informat) and what it writes (--outfmt, which also takes the
+// short name).
 struct NamedFormat {
   std::string_view name;
+  std::string_view shortName;
+  bool read;
+  bool written;
   OutFormat format;
 };
 
-constexpr NamedFormat kOutFormats[] = {
-    {"fasta", OutFormat::kFasta},         {"fa", OutFormat::kFasta},
-    {"clustal", OutFormat::kClustal},     {"aln", OutFormat::kClustal},
-    {"stockholm", OutFormat::kStockholm}, {"sto", OutFormat::kStockholm},
-    {"report", OutFormat::kReport},       {"molvane", OutFormat::kMolvane},
-    {"html", OutFormat::kHtml},           {"svg", OutFormat::kSvg},
+constexpr NamedFormat kFormats[] = {
+    {"fasta", "fa", true, true, OutFormat::kFasta},
+    {"clustal", "aln", false, true, OutFormat::kClustal},
+    {"stockholm", "sto", true, true, OutFormat::kStockholm},
+    {"report", "", false, true, OutFormat::kReport},
+    {"text", "", true, false, OutFormat::kFasta},
+    {"molvane", "", true, true, OutFormat::kMolvane},
+    {"html", "", false, true, OutFormat::kHtml},
+    {"svg", "", false, true, OutFormat::kSvg},
+    {"pir", "", true, false, OutFormat::kFasta},
 };
+
+// "(a, b, c)": the names of the formats read (or written).
+std::string format_list(bool read) {
+  std::string list;
+  for (const NamedFormat& f : kFormats)
+    if (read ? f.read : f.written) list += (list.empty() ? "(" : ", ") + std::string(f.name);
+  return list + ")";
+}
+
+const NamedFormat* find_format(const std::string& wanted, bool read) {
+  for (const NamedFormat& f : kFormats) {
+    if (!(read ? f.read : f.written)) continue;
+    if (wanted == f.name || (!read && !f.shortName.empty() && wanted == f.shortName)) return &f;
+  }
+  return nullptr;
+}
 
 struct NamedScheme {
   std::string_view name;
@@ -40,8 +66,6 @@ constexpr NamedScheme kColourSchemes[] = {
     {"zappo", ColourScheme::kZappo},
     {"hydrophobicity", ColourScheme::kHydrophobicity},
 };
-
-constexpr std::string_view kInFormats[] = {"fasta", "stockholm", "text", "molvane", "pir"};
 
 std::string lower_case(std::string_view text) {
   std::string out(text);
@@ -81,21 +105,19 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
   if (name == "--output") {
     options.output = value;
   } else if (name == "--outfmt") {
-    const std::string wanted = lower_case(value);
-    const auto found = std::find_if(std::begin(kOutFormats), std::end(kOutFormats),
-                                    [&](const NamedFormat& f) { return f.name == wanted; });
-    if (found == std::end(kOutFormats)) {
-      error = "unknown output format '" + value + "' (fasta, clustal, stockholm, report, molvane, html, svg)";
+    const NamedFormat* found = find_format(lower_case(value), false);
+    if (found == nullptr) {
+      error = "unknown output format '" + value + "' " + format_list(false);
       return false;
     }
     options.outFormat = found->format;
   } else if (name == "--informat") {
-    const std::string wanted = lower_case(value);
-    if (std::find(std::begin(kInFormats), std::end(kInFormats), wanted) == std::end(kInFormats)) {
-      error = "unknown input format '" + value + "' (fasta, stockholm, text, molvane, pir)";
+    const NamedFormat* found = find_format(lower_case(value), true);
+    if (found == nullptr) {
+      error = "unknown input format '" + value + "' " + format_list(true);
       return false;
     }
-    options.inFormat = wanted;
+    options.inFormat = std::string(found->name);
   } else if (name == "--order") {
     options.order = value;
   } else if (name == "--output-order") {
