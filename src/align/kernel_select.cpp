@@ -88,8 +88,6 @@ KernelKind active_kernel() {
   return current;
 }
 
-const char* active_kernel_name() { return kernel_name(active_kernel()); }
-
 void set_active_kernel(KernelKind kind) {
   require_supported(kind);
   current = kind;

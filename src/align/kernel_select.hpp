@@ -17,8 +17,6 @@ KernelKind best_kernel();
 // stage uses. An unknown name or a kernel the machine lacks ends the run
 // with a message that says so.
 KernelKind active_kernel();
-// The name of active_kernel(), e.g. for a program's --help.
-const char* active_kernel_name();
 // Chooses the kernel for the rest of the process (overrides RAVLIN_KERNEL);
 // a kernel the machine lacks ends the run as above.
 void set_active_kernel(KernelKind kind);

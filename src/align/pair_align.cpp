@@ -1,5 +1,5 @@
-// Sections: public routines (fit_operand, save_pair_result, align_pair,
-// do_pair_align), then private helpers (workspace growth, operand arrays).
+// Sections: public routines (fit_operand, save_pair_result, align_pair),
+// then private helpers (workspace growth, operand arrays).
 #include "align/pair_align.hpp"
 
 #include <algorithm>
@@ -135,13 +135,4 @@ AlignStatus align_pair(AlignWorkspace& ws, AlignRecord& record, const SeqRecord&
   status = trace_best_align(start, matrix, rows, cols, ws.first, ws.second, kMaxAlignLen, len);
   if (align_failed(status)) return status;
   return save_pair_result(record, A, a, B, b, ws.first, ws.second, len, params);
-}
-
-void do_pair_align(AlignRecord& record, const SeqRecord& A, const SeqRecord& B, const ScoreTable& wtTable,
-                   const ScoreTable& ssTable, int gapPen, int gapSizePen, int midPen, int endPen, int reach, int bias,
-                   int keepStrings) {
-  AlignWorkspace ws;
-  const PairParams params{&wtTable, &ssTable, gapPen, gapSizePen, midPen, endPen, reach, bias, keepStrings};
-  const AlignStatus status = align_pair(ws, record, A, B, params);
-  if (align_failed(status)) report_align_fault(status);
 }

@@ -56,9 +56,3 @@ AlignStatus save_pair_result(AlignRecord& record, const SeqRecord& A, const Oper
 // long, no residues, out of memory), reported by the caller.
 AlignStatus align_pair(AlignWorkspace& ws, AlignRecord& record, const SeqRecord& A, const SeqRecord& B,
                        const PairParams& params);
-
-// The designed routine: align_pair on a workspace of its own, a failure
-// reported as fatal.
-void do_pair_align(AlignRecord& record, const SeqRecord& A, const SeqRecord& B, const ScoreTable& wtTable,
-                   const ScoreTable& ssTable, int gapPen, int gapSizePen, int midPen, int endPen, int reach, int bias,
-                   int keepStrings);

@@ -78,7 +78,7 @@ struct StepWorkspace {
 // In: pair scores [rows][cols] (alignment columns by new residues), the
 // structure and group penalties of both sides, the gap penalties in force,
 // the kernel, template buffers and the column limit.
-// Out: the templates and len, as sm_mat_sum, find_path_start and
+// Out: the templates and len, as sum_matrix_cells, find_path_start and
 // trace_best_align give them on the scalar kernel; or the failure
 // (alignTooLong, outOfMemory).
 AlignStatus align_profile_step(StepWorkspace& ws, KernelKind kind, const std::int32_t* scores, int rows, int cols,

@@ -59,13 +59,6 @@ void sm_mat_add_score(const ScoreTable& table, SumCell* matrix, int rows, int co
   }
 }
 
-void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct, const std::int32_t* colStruct,
-                const std::int32_t* rowGroup, const std::int32_t* colGroup, int gapPen, int gapSizePen) {
-  if (rows - 1 < 1 || cols < 1) return;
-  std::vector<ColCarry> carries = checked_vector<ColCarry>(static_cast<std::size_t>(cols), "sm_mat_sum");
-  sum_matrix_cells(carries.data(), matrix, rows, cols, rowStruct, colStruct, rowGroup, colGroup, gapPen, gapSizePen);
-}
-
 void sum_matrix_cells(ColCarry* carries, SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct,
                       const std::int32_t* colStruct, const std::int32_t* rowGroup, const std::int32_t* colGroup,
                       int gapPen, int gapSizePen) {

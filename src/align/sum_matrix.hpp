@@ -42,9 +42,6 @@ void sm_mat_add_score(const ScoreTable& table, SumCell* matrix, int rows, int co
 void sum_matrix_cells(ColCarry* carries, SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct,
                       const std::int32_t* colStruct, const std::int32_t* rowGroup, const std::int32_t* colGroup,
                       int gapPen, int gapSizePen);
-// The designed routine: sum_matrix_cells with carries of its own ("sm_mat_sum").
-void sm_mat_sum(SumCell* matrix, int rows, int cols, const std::int32_t* rowStruct, const std::int32_t* colStruct,
-                const std::int32_t* rowGroup, const std::int32_t* colGroup, int gapPen, int gapSizePen);
 // In: a summed matrix. Out: the element number of the first strictly best
 // positive cell, scanning row 0 left to right then column 0 downwards; kNoCell
 // when none is positive.

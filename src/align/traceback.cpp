@@ -34,11 +34,3 @@ AlignStatus trace_best_align(std::int32_t start, const SumCell* matrix, int rows
       start, rows, cols, [matrix](std::int32_t cell) { return matrix[cell].next; }, first, second);
   return end_templates(len, maxLen, first, second);
 }
-
-int find_best_align(std::int32_t start, const SumCell* matrix, int rows, int cols, std::span<char> first,
-                    std::span<char> second, int maxLen) {
-  int len = 0;
-  const AlignStatus status = trace_best_align(start, matrix, rows, cols, first, second, maxLen, len);
-  if (align_failed(status)) report_align_fault(status);
-  return len;
-}

@@ -33,10 +33,6 @@ AlignStatus end_templates(int len, int maxLen, std::span<char> first, std::span<
 // first columns only).
 AlignStatus trace_best_align(std::int32_t start, const SumCell* matrix, int rows, int cols, std::span<char> first,
                              std::span<char> second, int maxLen, int& len);
-// The designed routine: trace_best_align, with a failure reported as fatal.
-// Returns the alignment length.
-int find_best_align(std::int32_t start, const SumCell* matrix, int rows, int cols, std::span<char> first,
-                    std::span<char> second, int maxLen);
 
 // Writes one template column; a column beyond a buffer is not stored.
 inline void put_template_column(std::span<char> first, std::span<char> second, int at, char firstCh, char secondCh) {

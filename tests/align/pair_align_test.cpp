@@ -40,7 +40,10 @@ AlignRecord align(const SeqRecord& a, const SeqRecord& b, const ScoreTable& ssTa
   record.seqs.resize(2);
   record.seqs[0].seqIndex = 1;
   record.seqs[1].seqIndex = 0;
-  do_pair_align(record, a, b, resTable, ssTable, kGapPen, kGapSizePen, kMidPen, kEndPen, 1, kBias, keepStrings);
+  AlignWorkspace ws;
+  const PairParams params{&resTable, &ssTable, kGapPen, kGapSizePen, kMidPen, kEndPen, 1, kBias, keepStrings};
+  const AlignStatus status = align_pair(ws, record, a, b, params);
+  if (align_failed(status)) report_align_fault(status);
   return record;
 }
 

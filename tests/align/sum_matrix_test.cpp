@@ -28,7 +28,9 @@ std::vector<SumCell> summed(const SumCase& c) {
   sm_mat_init(m.data(), c.rows, c.cols, 0);
   const Cells rs = or_zeros(c.rowStruct, c.rows), cs = or_zeros(c.colStruct, c.cols);
   const Cells rg = or_zeros(c.rowGroup, c.rows), cg = or_zeros(c.colGroup, c.cols);
-  sm_mat_sum(m.data(), c.rows, c.cols, rs.data(), cs.data(), rg.data(), cg.data(), c.gapPen, c.gapSizePen);
+  std::vector<ColCarry> carries(static_cast<std::size_t>(std::max(c.cols, 1)));
+  sum_matrix_cells(carries.data(), m.data(), c.rows, c.cols, rs.data(), cs.data(), rg.data(), cg.data(), c.gapPen,
+                   c.gapSizePen);
   return m;
 }
 

@@ -24,7 +24,11 @@ int traced(std::int32_t start, int rows, int cols, const std::vector<std::pair<i
   t.first.assign(maxLen + 1 + kGuard, '#');
   t.second.assign(maxLen + 1 + kGuard, '#');
   const auto room = static_cast<std::size_t>(maxLen + 1);
-  return find_best_align(start, m.data(), rows, cols, {t.first.data(), room}, {t.second.data(), room}, limit);
+  int len = 0;
+  const AlignStatus status =
+      trace_best_align(start, m.data(), rows, cols, {t.first.data(), room}, {t.second.data(), room}, limit, len);
+  if (align_failed(status)) report_align_fault(status);
+  return len;
 }
 
 bool guards_intact(const Templates& t) {
