@@ -82,7 +82,9 @@ TEST(ReadMatrixFile, EachFaultHasItsMessage) {
       {"1\n#" + std::string(300, 'x') + "\nA\nA 1\n\n", "Illegal amino acid label length: A\n"},
       {"1\nA\n" + farValue + "5\n\n", "Trouble reading matrix at " + farValue},
   };
-  for (const auto& [text, message] : cases) {
+  for (const auto& c : cases) {
+    const std::string& text = c.first;
+    const std::string& message = c.second;
     SCOPED_TRACE(text);
     ScoreTable table{};
     EXPECT_RAISES(read_matrix_file(stream_of(text).get(), table),
