@@ -27,6 +27,9 @@ from scoring import AlignmentMismatch, read_fasta, score_alignment, ungapped  # 
 
 REPO = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 DEFAULT_SETS = ["homstrad", "balibase3/RV11", "balibase3/RV12"]
+# short names of the sets, for --sets; any other folder under DATA_DIR may be named too
+SET_NAMES = {"homstrad": "homstrad", "RV11": "balibase3/RV11", "RV12": "balibase3/RV12",
+             "RV20": "balibase3/RV20", "RV40": "balibase3/RV40"}
 
 
 class Options:
@@ -34,7 +37,8 @@ class Options:
     two parameter-file settings that belong to the weights."""
 
     def __init__(self, binary=None, weights=None, weights_some=None, weights_none=None,
-                 struct_bias=10, inc_gap_pen=5, params=None, settings=None):
+                 struct_bias=10, inc_gap_pen=5, params=None, settings=None, mode=None,
+                 threads=None, timeout=None):
         self.binary = binary
         self.weights = weights
         self.weights_some = weights_some
@@ -44,6 +48,9 @@ class Options:
         self.params = params
         # {coverage: (weights, struct bias, inc gap pen)} overrides the above
         self.settings = settings or {}
+        self.mode = mode  # ravlin-align --mode; None passes no option
+        self.threads = threads  # ravlin-align --threads; None passes no option
+        self.timeout = timeout  # seconds a case may take (None: an hour)
 
     def weights_for(self, sequences, structure):
         coverage = structure_coverage(sequences, structure)
@@ -125,7 +132,8 @@ def parse_args(argv):
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("data_dir", help="folder of reference sets")
     parser.add_argument("--sets", default=",".join(DEFAULT_SETS),
-                        help="comma-separated set folders under DATA_DIR (default %(default)s)")
+                        help="comma-separated set folders under DATA_DIR, or their short names "
+                        + ", ".join(SET_NAMES) + " (default %(default)s)")
     parser.add_argument("--structure", choices=["with", "without", "both"], default="both")
     parser.add_argument("--half", choices=["train", "test", "all"], default="all",
                         help="even-numbered cases (train), odd ones (test) or all")
@@ -145,6 +153,12 @@ def parse_args(argv):
                         "or none use this weight file, structure bias and gap growth; overrides "
                         "the three options above (may be repeated)")
     parser.add_argument("--params", help="parameter file passed to ravlin-align")
+    parser.add_argument("--mode", help="passed to ravlin-align as --mode MODE (by default no "
+                        "--mode is given)")
+    parser.add_argument("--threads", type=int, help="passed to ravlin-align as --threads N")
+    parser.add_argument("--timeout", type=float, default=3600,
+                        help="seconds one case may take before the aligner is stopped and the "
+                        "case counted as refused (default %(default)s)")
     parser.add_argument("--cases", help="comma-separated case names to run (default all)")
     parser.add_argument("--jobs", type=int, default=1, help="cases aligned at once")
     parser.add_argument("--tsv", help="write one line per case and run to this file")
@@ -163,7 +177,12 @@ def main(argv):
     opts = Options(binary=args.bin, weights=weights, weights_some=args.weights_some,
                    weights_none=args.weights_none, struct_bias=args.struct_bias,
                    inc_gap_pen=args.inc_gap_pen, params=args.params,
-                   settings=parse_settings(args.use))
+                   settings=parse_settings(args.use), mode=args.mode, threads=args.threads,
+                   timeout=args.timeout)
+    sets = [SET_NAMES.get(name, name) for name in args.sets.split(",")]
+    for set_name in sets:
+        if not os.path.isdir(os.path.join(args.data_dir, set_name)):
+            sys.exit("accuracy.py: no set %s under %s" % (set_name, args.data_dir))
     conditions = {"with": [True], "without": [False], "both": [True, False]}[args.structure]
     cases = set(args.cases.split(",")) if args.cases else None
     tsv = open(args.tsv, "w") if args.tsv else None
@@ -172,7 +191,7 @@ def main(argv):
     print("%-14s %-16s %-9s %-5s %5s %7s %7s %7s %6s %6s" % (
         "aligner", "set", "structure", "half", "cases", "refused", "SP", "SP all", "TC", "width"))
     for aligner in args.aligner.split(","):
-        for set_name in args.sets.split(","):
+        for set_name in sets:
             for with_structure in conditions:
                 if with_structure and aligner not in ("ravlin-batch", "ravlin-align"):
                     continue  # peers take no structure

@@ -7,6 +7,7 @@ directory, and returns the aligned [(id, text)] or raises Refused with the
 program's own words.
 """
 import os
+import signal
 import subprocess
 
 from scoring import parse_fasta
@@ -23,18 +24,29 @@ class Refused(Exception):
     """The aligner ended without an alignment; the message says why."""
 
 
-def run(command, cwd, stdout=None, env=None, timeout=3600):
+def run(command, cwd, stdout=None, env=None, timeout=None):
+    """Runs command in its own process group; a run that passes timeout
+    seconds (default 3,600) is killed with everything it started (t_coffee
+    starts helpers) and refused."""
+    timeout = timeout or 3600
     try:
-        done = subprocess.run(command, cwd=cwd, stdout=stdout or subprocess.PIPE,
-                              stderr=subprocess.PIPE, env=env, timeout=timeout)
-    except subprocess.TimeoutExpired:
-        raise Refused("no answer within %d s" % timeout)
+        child = subprocess.Popen(command, cwd=cwd, stdout=stdout or subprocess.PIPE,
+                                 stderr=subprocess.PIPE, env=env, start_new_session=True)
     except OSError as err:
         raise Refused(str(err))
-    if done.returncode != 0:
-        text = (done.stdout or b"").decode(errors="replace") + done.stderr.decode(errors="replace")
-        raise Refused(summarise_failure(text, done.returncode))
-    return done
+    try:
+        out, err = child.communicate(timeout=timeout)
+    except subprocess.TimeoutExpired:
+        try:
+            os.killpg(child.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+        child.communicate()
+        raise Refused("no answer within %d s" % timeout)
+    if child.returncode != 0:
+        text = (out or b"").decode(errors="replace") + err.decode(errors="replace")
+        raise Refused(summarise_failure(text, child.returncode))
+    return subprocess.CompletedProcess(command, child.returncode, out, err)
 
 
 def summarise_failure(text, status):
@@ -147,7 +159,7 @@ def align_ravlin_batch(sequences, structure, workdir, opts):
     bias, inc = opts.parms_for(sequences, structure)
     write_batch_parms(parms, data, weights, len(sequences), bias, inc)
     report = os.path.join(workdir, "case.report")
-    run([opts.binary or "ravlin-batch", parms, report], workdir)
+    run([opts.binary or "ravlin-batch", parms, report], workdir, timeout=opts.timeout)
     rows = read_molvane_alignment(report)
     names = dict(zip(ids, (name for name, _ in sequences)))
     return [(names.get(short, short), text) for short, text in rows]
@@ -168,8 +180,12 @@ def align_ravlin_align(sequences, structure, workdir, opts):
         command += ["--weights", weights]
     if opts.params:
         command += ["--params", opts.params]
+    if opts.mode:
+        command += ["--mode", opts.mode]
+    if opts.threads:
+        command += ["--threads", str(opts.threads)]
     out = os.path.join(workdir, "case.aln.fa")
-    run(command + ["-o", out, data], workdir)
+    run(command + ["-o", out, data], workdir, timeout=opts.timeout)
     return read_aligned_fasta(out)
 
 
@@ -189,7 +205,13 @@ def peer_command(name, infile, outfile):
         "muscle": ["muscle", "-align", infile, "-output", outfile, "-threads", "1"],
         "t_coffee": ["t_coffee", "-seq", infile, "-output", "fasta_aln", "-outfile", outfile,
                      "-n_core", "1", "-quiet"],
+        # ProbCons prints aligned FASTA on standard output
+        "probcons": ["probcons", infile],
     }[name]
+
+
+# peers that print the alignment on standard output rather than to a file
+TO_STDOUT = {"mafft", "probcons"}
 
 
 def align_peer(name):
@@ -198,16 +220,16 @@ def align_peer(name):
         outfile = os.path.join(workdir, "case.aln.fa")
         write_fasta(infile, sequences)
         command = peer_command(name, infile, outfile)
-        if name == "mafft":
+        if name in TO_STDOUT:
             with open(outfile, "wb") as out:
-                run(command, workdir, stdout=out)
+                run(command, workdir, stdout=out, timeout=opts.timeout)
         else:
             # t_coffee keeps caches and logs under HOME
-            run(command, workdir, env=dict(os.environ, HOME=workdir))
+            run(command, workdir, env=dict(os.environ, HOME=workdir), timeout=opts.timeout)
         return read_aligned_fasta(outfile)
     return align
 
 
-PEERS = ["clustalo", "mafft", "kalign", "muscle", "t_coffee"]
+PEERS = ["clustalo", "mafft", "kalign", "muscle", "t_coffee", "probcons"]
 BACK_ENDS = {"ravlin-batch": align_ravlin_batch, "ravlin-align": align_ravlin_align}
 BACK_ENDS.update({name: align_peer(name) for name in PEERS})
