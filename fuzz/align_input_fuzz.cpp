@@ -8,6 +8,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string path = fuzz::file_holding(fuzz::text_of(data, size), "input");
   InputSeqs input;
   std::string error;
-  read_input_seqs(path, "", input, error);
+  read_input_seqs(path, "", true, input, error);
   return 0;
 }

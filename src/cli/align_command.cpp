@@ -31,6 +31,7 @@
 #include "shell/version.hpp"
 #include "structure/anchor_file.hpp"
 #include "structure/placement.hpp"
+#include "treealign/tree_align.hpp"
 
 namespace {
 
@@ -232,9 +233,10 @@ PictureOptions picture_options(const AlignOptions& options, const PrintOptions& 
 }
 
 void write_result(const AlignOptions& options, const RunSettings& settings, const RunInput& input,
-                  const RunResult& result, std::FILE* stream) {
-  const AlignmentView view = malign_view(input.seqs, result.alignment, result.alignOrder,
-                                         options.alignedOutputOrder ? 0 : 1, settings.consensusPercent);
+                  const RunResult& result, const std::string& confidence, std::FILE* stream) {
+  AlignmentView view = malign_view(input.seqs, result.alignment, result.alignOrder,
+                                   options.alignedOutputOrder ? 0 : 1, settings.consensusPercent);
+  view.confidence = confidence;
   const ScoreTable table = prepared_residue_table(settings);
   const PrintOptions print = run_print_options(settings, table);
   switch (options.outFormat) {
@@ -261,6 +263,54 @@ void write_result(const AlignOptions& options, const RunSettings& settings, cons
       write_report_alignment(stream, settings, input, result);
       break;
   }
+}
+
+// ---- the strategy ----
+
+// Consistency scoring costs about n^3 residue look-ups; above this many
+// sequences auto takes the tree alone, which stays within the time targets.
+constexpr int kConsistencyMostSeqs = 400;
+
+bool designed_wanted(const AlignOptions& options) {
+  if (options.mode == RunMode::kDesigned) return true;
+  return options.mode == RunMode::kAuto && (options.outFormat == OutFormat::kReport || options.orderGiven);
+}
+
+RunMode chosen_mode(const AlignOptions& options, int seqs, const ProgressState& progress) {
+  if (designed_wanted(options)) {
+    if (options.mode == RunMode::kAuto)
+      note(progress, std::string("mode designed (") +
+                         (options.outFormat == OutFormat::kReport ? "-f report" : "--order") +
+                         " asks for the designed strategy)");
+    return RunMode::kDesigned;
+  }
+  if (options.mode != RunMode::kAuto) return options.mode;
+  const bool small = seqs <= kConsistencyMostSeqs;
+  note(progress, std::string("mode ") + (small ? "consistency" : "tree") + " (" + std::to_string(seqs) +
+                     " sequences; consistency up to " + std::to_string(kConsistencyMostSeqs) + ")");
+  return small ? RunMode::kConsistency : RunMode::kTree;
+}
+
+void on_tree_stage(ProgressState& progress, TreeStage stage) {
+  end_stage(progress);
+  if (stage == TreeStage::kPairs) start_stage(progress, "pairwise alignments");
+  if (stage == TreeStage::kJoins) start_stage(progress, "joins up the guide tree");
+  if (stage == TreeStage::kRefine) start_stage(progress, "refinement");
+}
+
+void run_tree_mode(RunMode mode, const RunSettings& settings, const RunInput& run, ProgressState& progress,
+                   RunResult& result, std::string& confidence) {
+  TreeAlignOptions options;
+  options.mode = mode == RunMode::kTree ? TreeMode::kTree : TreeMode::kConsistency;
+  options.threads = settings.threads;
+  TreeAlignProgress callbacks;
+  callbacks.stageStarted = [&](TreeStage stage) { on_tree_stage(progress, stage); };
+  callbacks.pairDone = [&](std::size_t done, std::size_t total) { on_pair_done(progress, done, total); };
+  TreeAlignResult aligned;
+  fail_on(tree_align(settings, run.seqs, options, aligned, callbacks), "");
+  result.alignment = std::move(aligned.alignment);
+  result.alignOrder = std::move(aligned.order);
+  confidence = std::move(aligned.confidence);
 }
 
 std::vector<std::string> files_read(const AlignOptions& options) {
@@ -302,12 +352,22 @@ int run_align_command(int argc, char** argv) {
   if (!open_output(options.output, options.force, files_read(options), target, error)) fail(error);
 
   InputSeqs input;
-  if (!read_input_seqs(options.input, options.inFormat, input, error)) fail(error);
+  if (!read_input_seqs(options.input, options.inFormat, designed_wanted(options), input, error)) fail(error);
   if (!input.note.empty()) note(progress, input.note);
   add_structures(options, input);
   add_anchors(options, input);
   const RunSettings settings = read_settings(options, input.records, progress);
   RunInput run{std::move(input.records), seq_select(options.order, input)};
+  const RunMode mode = chosen_mode(options, static_cast<int>(run.seqs.size()), progress);
+  if (mode != RunMode::kDesigned) {
+    RunResult result;
+    std::string confidence;
+    run_tree_mode(mode, settings, run, progress, result, confidence);
+    end_stage(progress);
+    write_result(options, settings, run, result, confidence, target.stream);
+    if (!commit_output(target, error)) fail(error);
+    return 0;
+  }
 
   const bool report = options.outFormat == OutFormat::kReport;
   if (report) write_report_header(target.stream, settings);
@@ -321,7 +381,7 @@ int run_align_command(int argc, char** argv) {
   RunResult result;
   fail_on(align_run(settings, run, result, callbacks), "");
   end_stage(progress);
-  write_result(options, settings, run, result, target.stream);
+  write_result(options, settings, run, result, "", target.stream);
   if (!commit_output(target, error)) fail(error);
   return 0;
 }

@@ -67,6 +67,18 @@ constexpr NamedScheme kColourSchemes[] = {
     {"hydrophobicity", ColourScheme::kHydrophobicity},
 };
 
+struct NamedMode {
+  std::string_view name;
+  RunMode mode;
+};
+
+constexpr NamedMode kModes[] = {
+    {"auto", RunMode::kAuto},
+    {"consistency", RunMode::kConsistency},
+    {"tree", RunMode::kTree},
+    {"designed", RunMode::kDesigned},
+};
+
 std::string lower_case(std::string_view text) {
   std::string out(text);
   for (char& ch : out) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
@@ -120,6 +132,14 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
     options.inFormat = std::string(found->name);
   } else if (name == "--order") {
     options.order = value;
+    options.orderGiven = true;
+  } else if (name == "--mode") {
+    const auto found = std::find_if(std::begin(kModes), std::end(kModes), [&](const NamedMode& m) { return m.name == value; });
+    if (found == std::end(kModes)) {
+      error = "--mode takes auto, consistency, tree or designed, not '" + value + "'";
+      return false;
+    }
+    options.mode = found->mode;
   } else if (name == "--output-order") {
     if (value != "input" && value != "aligned") {
       error = "--output-order takes input or aligned, not '" + value + "'";
@@ -165,7 +185,7 @@ struct ValueOption {
 constexpr ValueOption kValueOptions[] = {
     {"-o", "--output"}, {"-f", "--outfmt"}, {"", "--informat"}, {"", "--order"},   {"", "--output-order"},
     {"", "--params"},   {"", "--weights"},  {"-s", "--ss"},     {"", "--anchors"}, {"-t", "--threads"},
-    {"", "--width"},    {"", "--colour"},   {"", "--color"},
+    {"", "--width"},    {"", "--colour"},   {"", "--color"},    {"", "--mode"},
 };
 
 }  // namespace
@@ -211,6 +231,15 @@ ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, st
     error = "no input file given";
     return ParseResult::kUsageError;
   }
+  const bool newMode = options.mode == RunMode::kConsistency || options.mode == RunMode::kTree;
+  if (newMode && options.outFormat == OutFormat::kReport) {
+    error = "-f report shows the designed strategy's run; use it with --mode designed (or auto)";
+    return ParseResult::kUsageError;
+  }
+  if (newMode && options.orderGiven) {
+    error = "--order sets the designed strategy's order; use it with --mode designed (or auto)";
+    return ParseResult::kUsageError;
+  }
   return ParseResult::kRun;
 }
 
@@ -242,8 +271,9 @@ std::string align_help_text() {
          "                         '*' (group) or '1' to '5' (anchor)\n"
          "\n"
          "The run:\n"
-         "      --order ORDER      computed (default: from the pair scores), input, or the id\n"
-         "                         of the sequence to align the others against\n"
+         "      --mode MODE        auto (default), consistency, tree or designed, see below\n"
+         "      --order ORDER      designed mode: computed (default: from the pair scores),\n"
+         "                         input, or the id of the sequence to align the others against\n"
          "      --params FILE      run settings from a ravlin parameter file (its data keys are\n"
          "                         ignored; its weight file is read unless --weights is given)\n"
          "      --weights FILE     score tables and gap penalties from a ravlin weight file\n"
@@ -257,6 +287,17 @@ std::string align_help_text() {
          "ravlin-partial when some do, ravlin-nostruct when none do (each a weight file\n"
          "and a few keys read after ravlin.parms, tuned on reference alignments for that\n"
          "case); the set used and why is said on standard error.\n"
+         "\n"
+         "Modes: every pair is aligned with the structure-aware scores; tree joins groups of\n"
+         "sequences up a guide tree made from the pairs, consistency does the same scoring\n"
+         "each join by how well the pairwise alignments (and their links through third\n"
+         "sequences) agree; both then refine, and give each column a confidence (0-9).\n"
+         "designed adds the sequences one by one in the order of their pair scores, as\n"
+         "ravlin and ravlin-batch do, and keeps their limits (500 sequences of 3 to 4,000\n"
+         "residues, 3,500 columns). auto takes consistency up to 400 sequences and tree\n"
+         "above, and designed for -f report or --order. tree and consistency have no fixed\n"
+         "limits: memory grows with the pairs (about 4 bytes per residue per sequence,\n"
+         "200 x 300 residues: about 50 MB).\n"
          "Exit status: 0 done, 1 an input or run error, 2 a usage error.\n"
          "Kernel: " +
          std::string(kernel_name(best_kernel())) +

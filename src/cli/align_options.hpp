@@ -8,6 +8,10 @@
 
 enum class OutFormat { kFasta, kClustal, kStockholm, kReport, kMolvane, kHtml, kSvg };
 
+// How the alignment is built: auto picks consistency or tree by the input's
+// size; designed is the strategy of ravlin and ravlin-batch.
+enum class RunMode { kAuto, kConsistency, kTree, kDesigned };
+
 struct AlignOptions {
   std::string input;     // a file, or "-" for standard input
   std::string inFormat;  // empty: recognised from the content
@@ -23,6 +27,8 @@ struct AlignOptions {
   int pictureWidth = 60;  // html and svg: columns a block
   ColourScheme colour = ColourScheme::kClustal;
   int threads = 0;  // 0: every available core
+  RunMode mode = RunMode::kAuto;
+  bool orderGiven = false;  // --order was given
   bool quiet = false;
 };
 

@@ -225,12 +225,12 @@ std::string seq_name(const SeqRecord& record, std::size_t k) {
 }
 
 bool check_records(const std::vector<SeqRecord>& records, const std::vector<int>& lines, const std::string& file,
-                   std::string& error) {
+                   bool designedLimits, std::string& error) {
   if (records.empty()) {
     error = file + " holds no sequences; give a file with at least one";
     return false;
   }
-  if (records.size() > static_cast<std::size_t>(kMaxSeqs)) {
+  if (designedLimits && records.size() > static_cast<std::size_t>(kMaxSeqs)) {
     error = file + " holds more than 500 sequences; ravlin aligns at most 500 at once";
     return false;
   }
@@ -243,9 +243,10 @@ bool check_records(const std::vector<SeqRecord>& records, const std::vector<int>
       error = at + "sequence " + seq_name(record, k) + " has no residues; remove the entry or add its residues";
       return false;
     }
-    if (n < kMinRes || n > kMaxRes) {
+    if (n < kMinRes || (designedLimits && n > kMaxRes)) {
       error = at + "sequence " + seq_name(record, k) + " has " + std::to_string(n) +
-              " residues; ravlin aligns sequences of 3 to 4,000 residues";
+              (designedLimits ? " residues; ravlin aligns sequences of 3 to 4,000 residues"
+                              : " residues; ravlin aligns sequences of at least 3 residues");
       return false;
     }
     if (!record.acc) continue;
@@ -261,7 +262,8 @@ bool check_records(const std::vector<SeqRecord>& records, const std::vector<int>
 
 }  // namespace
 
-bool read_input_seqs(const std::string& path, const std::string& format, InputSeqs& input, std::string& error) {
+bool read_input_seqs(const std::string& path, const std::string& format, bool designedLimits, InputSeqs& input,
+                     std::string& error) {
   const std::string file = where(path);
   std::string text;
   if (!read_bytes(path, text, error)) return false;
@@ -286,6 +288,8 @@ bool read_input_seqs(const std::string& path, const std::string& format, InputSe
 
   std::vector<SeqRecord> records;
   std::vector<int> lines;
+  // ravlin's own entry formats are read by the designed readers, within their limits.
+  bool limited = designedLimits;
   if (input.format == "fasta" || input.format == "stockholm" || input.format == "pir-fasta") {
     std::vector<TextEntry> entries;
     if (!parse_whole_text(input.format, text, entries, error, file)) return false;
@@ -293,10 +297,11 @@ bool read_input_seqs(const std::string& path, const std::string& format, InputSe
       records.push_back(record_of(entry));
       lines.push_back(entry.line);
     }
-  } else if (!read_entry_format(input.format, text, records, error, file)) {
-    return false;
+  } else {
+    if (!read_entry_format(input.format, text, records, error, file)) return false;
+    limited = true;
   }
-  if (!check_records(records, lines, file, error)) return false;
+  if (!check_records(records, lines, file, limited, error)) return false;
 
   for (std::size_t k = 0; k < records.size(); ++k) {
     SeqRecord& record = records[k];

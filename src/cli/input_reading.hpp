@@ -19,8 +19,10 @@ struct InputSeqs {
 
 // Reads path ("-" for standard input) as format (empty: recognised) into
 // input. False with a message naming the file, the line and the
-// sequence, and what to do.
-bool read_input_seqs(const std::string& path, const std::string& format, InputSeqs& input, std::string& error);
+// sequence, and what to do. designedLimits: at most 500 sequences of 3 to
+// 4,000 residues (else only the 3-residue minimum holds).
+bool read_input_seqs(const std::string& path, const std::string& format, bool designedLimits, InputSeqs& input,
+                     std::string& error);
 
 // The id shown in the report and the Molvane layout for the n-th sequence
 // (from 1): the id itself when it has at most 12 characters and no other

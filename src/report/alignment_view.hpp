@@ -33,6 +33,9 @@ struct AlignmentView {
   int overlapEnd = 0;
   double pctHomol = 0.0;
   double alignScore = 0.0;
+  // Per column a digit 0-9: how far the pairwise alignments support the
+  // column (9 most); empty when the strategy gives none.
+  std::string confidence;
 };
 
 struct PrintOptions {

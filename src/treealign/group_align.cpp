@@ -1,0 +1,255 @@
+// Sections: public routines (codes, groups, join), then the profiles, the
+// consistency support and the merge of two groups along a traceback.
+#include "treealign/group_align.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+
+#include "align/kernel_select.hpp"
+#include "align/penalties.hpp"
+#include "align/profile_score.hpp"
+#include "align/score_codes.hpp"
+#include "shell/errors.hpp"
+
+namespace {
+
+constexpr int kCodes = kOtherCode + 1;  // residue and structure codes 0 .. 26
+
+std::size_t at(std::size_t row, std::size_t width, std::size_t col) { return row * width + col; }
+
+// One side of a join, column by column.
+struct ColumnProfile {
+  int len = 0;
+  std::int64_t weight = 0;                    // the members' weights summed
+  std::int64_t ssWeight = 0;                  // the same over members with structure
+  std::vector<std::int64_t> res, ss;          // weighted code counts, len x kCodes
+  std::vector<std::int32_t> structPen;        // scaled
+  std::vector<std::int32_t> groupPen;         // scaled
+  std::vector<char> anchor;                   // an anchor digit in the column, or 0
+  std::vector<std::vector<std::pair<int, std::int64_t>>> resList, ssList;  // non-zero counts
+};
+
+ColumnProfile column_profile(const JoinContext& context, const Group& group) {
+  const int scale = context.scoring.scale;
+  ColumnProfile profile;
+  profile.len = group.len;
+  const std::size_t len = static_cast<std::size_t>(group.len);
+  profile.res.assign(len * kCodes, 0);
+  profile.ss.assign(len * kCodes, 0);
+  std::vector<std::int64_t> penSum(len, 0);
+  profile.groupPen.assign(len, 0);
+  profile.anchor.assign(len, 0);
+  for (std::size_t k = 0; k < group.members.size(); ++k) {
+    const int seq = group.members[k];
+    const SeqCodes& codes = context.codes[static_cast<std::size_t>(seq)];
+    const std::int64_t w = context.weights[static_cast<std::size_t>(seq)];
+    const std::vector<std::int32_t>& cols = group.cols[k];
+    profile.weight += w;
+    if (codes.hasSs) profile.ssWeight += w;
+    for (std::size_t x = 0; x < cols.size(); ++x) {
+      const std::size_t c = static_cast<std::size_t>(cols[x]);
+      profile.res[at(c, kCodes, static_cast<std::size_t>(codes.res[x]))] += w;
+      if (codes.hasSs) {
+        profile.ss[at(c, kCodes, static_cast<std::size_t>(codes.ss[x]))] += w;
+        penSum[c] += w * codes.structPen[x];
+      }
+      if (codes.anchor[x] != 0 && profile.anchor[c] == 0) profile.anchor[c] = codes.anchor[x];
+      // A gap-free group: no column may open between its residues.
+      if (codes.inGroup[x] != 0 && x > 0)
+        for (std::size_t g = static_cast<std::size_t>(cols[x - 1]) + 1; g <= c; ++g)
+          profile.groupPen[g] = kGroupPen * scale;
+    }
+  }
+  profile.structPen.assign(len, 0);
+  if (profile.ssWeight > 0)
+    for (std::size_t c = 0; c < len; ++c)
+      profile.structPen[c] = static_cast<std::int32_t>(penSum[c] * scale / profile.ssWeight);
+  profile.resList.resize(len);
+  profile.ssList.resize(len);
+  for (std::size_t c = 0; c < len; ++c)
+    for (int x = 0; x < kCodes; ++x) {
+      if (profile.res[at(c, kCodes, x)] != 0) profile.resList[c].emplace_back(x, profile.res[at(c, kCodes, x)]);
+      if (profile.ss[at(c, kCodes, x)] != 0) profile.ssList[c].emplace_back(x, profile.ss[at(c, kCodes, x)]);
+    }
+  return profile;
+}
+
+// Per column of the column side: each code's table score against the column,
+// summed over the column's members (len x kCodes).
+std::vector<std::int64_t> scored_against(const ScoreTable& table, const std::vector<std::int64_t>& counts, int len) {
+  std::vector<std::int64_t> out(static_cast<std::size_t>(len) * kCodes, 0);
+  for (std::size_t c = 0; c < static_cast<std::size_t>(len); ++c)
+    for (int y = 0; y < kCodes; ++y) {
+      const std::int64_t n = counts[at(c, kCodes, y)];
+      if (n == 0) continue;
+      for (int x = 0; x < kCodes; ++x) out[at(c, kCodes, x)] += n * table[at(x, kTableDim, y)];
+    }
+  return out;
+}
+
+// Library support of every column pair: for each member pair (a, b), each
+// residue pair the pair's alignment makes, or that a third sequence links,
+// adds the pair's weight times the identity behind it.
+std::vector<std::int64_t> library_support(const JoinContext& context, const Group& a, const Group& b) {
+  const std::size_t lenB = static_cast<std::size_t>(b.len);
+  std::vector<std::int64_t> support(static_cast<std::size_t>(a.len) * lenB, 0);
+  const PairLibrary& library = *context.library;
+  for (std::size_t ka = 0; ka < a.members.size(); ++ka) {
+    const int sa = a.members[ka];
+    const std::vector<std::int32_t>& colsA = a.cols[ka];
+    for (std::size_t kb = 0; kb < b.members.size(); ++kb) {
+      const int sb = b.members[kb];
+      const std::vector<std::int32_t>& colsB = b.cols[kb];
+      const std::int64_t w = context.weights[static_cast<std::size_t>(sa)] * context.weights[static_cast<std::size_t>(sb)];
+      const std::int32_t* direct = pair_partners(library, sa, sb);
+      const std::int64_t directWeight = w * pair_identity(library, sa, sb);
+      for (std::size_t x = 0; x < colsA.size(); ++x)
+        if (direct[x] >= 0) support[at(static_cast<std::size_t>(colsA[x]), lenB, static_cast<std::size_t>(colsB[static_cast<std::size_t>(direct[x])]))] += directWeight;
+      for (const int third : context.thirds) {
+        if (third == sa || third == sb) continue;
+        const std::int32_t* toThird = pair_partners(library, sa, third);
+        const std::int32_t* fromThird = pair_partners(library, third, sb);
+        const std::int64_t linkWeight =
+            w * std::min(pair_identity(library, sa, third), pair_identity(library, third, sb));
+        if (linkWeight == 0) continue;
+        for (std::size_t x = 0; x < colsA.size(); ++x) {
+          const std::int32_t z = toThird[x];
+          if (z < 0) continue;
+          const std::int32_t y = fromThird[z];
+          if (y >= 0) support[at(static_cast<std::size_t>(colsA[x]), lenB, static_cast<std::size_t>(colsB[static_cast<std::size_t>(y)]))] += linkWeight;
+        }
+      }
+    }
+  }
+  return support;
+}
+
+std::vector<std::int32_t> join_scores(const JoinContext& context, const Group& a, const Group& b,
+                                      const ColumnProfile& pa, const ColumnProfile& pb) {
+  const GroupScoring& scoring = context.scoring;
+  const std::size_t rows = static_cast<std::size_t>(a.len), cols = static_cast<std::size_t>(b.len);
+  std::vector<std::int32_t> scores = checked_vector<std::int32_t>(rows * cols, "join scores");
+  const std::vector<std::int64_t> resB = scored_against(scoring.wtTable, pb.res, b.len);
+  const std::vector<std::int64_t> ssB = scored_against(scoring.ssTable, pb.ss, b.len);
+  std::vector<std::int64_t> support;
+  const bool withLibrary = scoring.libraryWeight > 0 && context.library != nullptr && context.library->keepsMaps;
+  if (withLibrary) support = library_support(context, a, b);
+  const double pairWeight = static_cast<double>(pa.weight) * static_cast<double>(pb.weight);
+  const double tableFactor = scoring.scale * scoring.tableWeight / pairWeight;
+  const double libraryFactor =
+      scoring.scale * scoring.libraryWeight / (pairWeight * 1000.0 * (1.0 + static_cast<double>(context.thirds.size())));
+  for (std::size_t p = 0; p < rows; ++p) {
+    std::int32_t* out = scores.data() + p * cols;
+    for (std::size_t q = 0; q < cols; ++q) {
+      std::int64_t sum = 0;
+      for (const auto& [x, n] : pa.resList[p]) sum += n * resB[at(q, kCodes, static_cast<std::size_t>(x))];
+      for (const auto& [x, n] : pa.ssList[p]) sum += n * ssB[at(q, kCodes, static_cast<std::size_t>(x))];
+      double value = tableFactor * static_cast<double>(sum);
+      if (withLibrary) value += libraryFactor * static_cast<double>(support[p * cols + q]);
+      std::int64_t score = std::llround(value);
+      if (pa.anchor[p] != 0 && pa.anchor[p] == pb.anchor[q]) score += std::int64_t{kAnchorScore} * scoring.scale;
+      out[q] = static_cast<std::int32_t>(std::clamp<std::int64_t>(score, -(1 << 28), 1 << 28));
+    }
+  }
+  return scores;
+}
+
+// Columns of a side in the joined alignment: where each old column went.
+std::vector<std::int32_t> new_columns(const std::vector<char>& templ, int len, int oldLen) {
+  std::vector<std::int32_t> to(static_cast<std::size_t>(oldLen), 0);
+  int old = 0;
+  for (int t = 0; t < len && old < oldLen; ++t)
+    if (templ[static_cast<std::size_t>(t)] == 'X') to[static_cast<std::size_t>(old++)] = t;
+  return to;
+}
+
+void add_members(Group& joined, const Group& side, const std::vector<std::int32_t>& to) {
+  for (std::size_t k = 0; k < side.members.size(); ++k) {
+    joined.members.push_back(side.members[k]);
+    std::vector<std::int32_t> cols = side.cols[k];
+    for (std::int32_t& c : cols) c = to[static_cast<std::size_t>(c)];
+    joined.cols.push_back(std::move(cols));
+  }
+}
+
+}  // namespace
+
+SeqCodes seq_codes(const SeqRecord& seq, int midPen, int endPen) {
+  const int n = std::max(seq.numRes, 0);
+  const std::size_t len = static_cast<std::size_t>(n);
+  auto padded = [len](const std::optional<std::string>& text, char filler) {
+    std::string copy = text ? text->substr(0, len) : std::string();
+    copy.resize(len, filler);
+    return copy;
+  };
+  const std::string res = padded(seq.pRes, 'X'), sres = padded(seq.sRes, 'X'), ures = padded(seq.uRes, '-');
+  SeqCodes codes;
+  codes.res.resize(len);
+  codes.ss.resize(len);
+  codes.structPen.resize(len);
+  codes_to_indices(res.data(), n, codes.res.data(), kOtherCode);
+  codes_to_indices(sres.data(), n, codes.ss.data(), kOtherCode);
+  calc_struct_scores(sres.data(), n, codes.structPen.data(), midPen, endPen, 1);
+  codes.hasSs = seq.hasSRes == 1;
+  codes.anchor.assign(len, 0);
+  codes.inGroup.assign(len, 0);
+  if (seq.hasURes == 1)
+    for (std::size_t x = 0; x < len; ++x) {
+      const char c = ures[x];
+      if (c >= '1' && c <= '5')
+        codes.anchor[x] = c;
+      else if (c != '-' && x > 0 && ures[x - 1] != '-')
+        codes.inGroup[x] = 1;
+    }
+  return codes;
+}
+
+Group single_group(int seq, int numRes) {
+  Group group;
+  group.members = {seq};
+  std::vector<std::int32_t> cols(static_cast<std::size_t>(std::max(numRes, 0)));
+  for (std::size_t x = 0; x < cols.size(); ++x) cols[x] = static_cast<std::int32_t>(x);
+  group.cols.push_back(std::move(cols));
+  group.len = std::max(numRes, 0);
+  return group;
+}
+
+Group join_groups(const JoinContext& context, const Group& a, const Group& b) {
+  const ColumnProfile pa = column_profile(context, a), pb = column_profile(context, b);
+  const std::vector<std::int32_t> scores = join_scores(context, a, b, pa, pb);
+  const int room = a.len + b.len;
+  std::vector<char> first(static_cast<std::size_t>(room) + 1, '\0'), second(static_cast<std::size_t>(room) + 1, '\0');
+  StepWorkspace ws;
+  int len = 0;
+  const GroupScoring& scoring = context.scoring;
+  const AlignStatus status = align_profile_step(
+      ws, active_kernel(), scores.data(), a.len, b.len, pa.structPen.data(), pb.structPen.data(), pa.groupPen.data(),
+      pb.groupPen.data(), scoring.gapPen * scoring.scale, scoring.gapSizePen * scoring.scale, first, second, room, len);
+  if (align_failed(status)) report_align_fault(status);
+  Group joined;
+  joined.len = len;
+  add_members(joined, a, new_columns(first, len, a.len));
+  add_members(joined, b, new_columns(second, len, b.len));
+  return joined;
+}
+
+Group sub_group(const Group& group, const std::vector<char>& keep) {
+  std::vector<char> used(static_cast<std::size_t>(group.len), 0);
+  Group part;
+  for (std::size_t k = 0; k < group.members.size(); ++k) {
+    if (!keep[static_cast<std::size_t>(group.members[k])]) continue;
+    part.members.push_back(group.members[k]);
+    part.cols.push_back(group.cols[k]);
+    for (const std::int32_t c : group.cols[k]) used[static_cast<std::size_t>(c)] = 1;
+  }
+  std::vector<std::int32_t> renumber(static_cast<std::size_t>(group.len), 0);
+  for (std::size_t c = 0; c < used.size(); ++c) {
+    renumber[c] = part.len;
+    part.len += used[c];
+  }
+  for (std::vector<std::int32_t>& cols : part.cols)
+    for (std::int32_t& c : cols) c = renumber[static_cast<std::size_t>(c)];
+  return part;
+}

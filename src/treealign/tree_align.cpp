@@ -1,0 +1,174 @@
+// Sections: tree_align at the end; before it the pair stage's settings, the
+// tree, the joins, the refinement and the result's records.
+#include "treealign/tree_align.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "malign/run.hpp"
+#include "shell/errors.hpp"
+#include "treealign/column_confidence.hpp"
+#include "treealign/group_align.hpp"
+#include "treealign/guide_tree.hpp"
+#include "treealign/pair_library.hpp"
+
+namespace {
+
+std::vector<double> pair_distances(const PairLibrary& library) {
+  const int n = library.n;
+  std::vector<double> d(static_cast<std::size_t>(n) * static_cast<std::size_t>(n), 0.0);
+  for (int i = 1; i < n; ++i)
+    for (int j = 0; j < i; ++j) {
+      const double value = 1.0 - pair_identity(library, i, j) / 1000.0;
+      d[static_cast<std::size_t>(i) * n + j] = d[static_cast<std::size_t>(j) * n + i] = value;
+    }
+  return d;
+}
+
+// Sequences the library is extended through: all of them, or as many as
+// allowed spread evenly along the tree's leaves (so every branch has some).
+std::vector<int> third_sequences(const GuideTree& tree, int n, int most) {
+  std::vector<int> leaves = tree_leaves(tree, tree.root);
+  if (n <= most) {
+    std::vector<int> all(static_cast<std::size_t>(n));
+    for (int k = 0; k < n; ++k) all[static_cast<std::size_t>(k)] = k;
+    return all;
+  }
+  std::vector<int> chosen;
+  for (int k = 0; k < most; ++k)
+    chosen.push_back(leaves[static_cast<std::size_t>(static_cast<long long>(k) * n / most)]);
+  std::sort(chosen.begin(), chosen.end());
+  return chosen;
+}
+
+Group join_up_tree(const JoinContext& context, const GuideTree& tree, std::span<const SeqRecord> seqs) {
+  std::vector<Group> groups(tree.nodes.size());
+  for (std::size_t k = 0; k < seqs.size(); ++k) groups[k] = single_group(static_cast<int>(k), seqs[k].numRes);
+  for (const int node : joins_in_order(tree)) {
+    const TreeNode& join = tree.nodes[static_cast<std::size_t>(node)];
+    Group& left = groups[static_cast<std::size_t>(join.left)];
+    Group& right = groups[static_cast<std::size_t>(join.right)];
+    groups[static_cast<std::size_t>(node)] = join_groups(context, left, right);
+    left = Group();
+    right = Group();
+  }
+  return std::move(groups[static_cast<std::size_t>(tree.root)]);
+}
+
+// ---- refinement ----
+
+// Agreement of the alignment with the pair library between the two sides of
+// a split: residue pairs both make, weighted as the joins weigh them.
+std::int64_t cross_agreement(const JoinContext& context, const Group& group, const std::vector<char>& side) {
+  const PairLibrary& library = *context.library;
+  std::int64_t total = 0;
+  for (std::size_t ka = 0; ka < group.members.size(); ++ka) {
+    const int sa = group.members[ka];
+    if (!side[static_cast<std::size_t>(sa)]) continue;
+    for (std::size_t kb = 0; kb < group.members.size(); ++kb) {
+      const int sb = group.members[kb];
+      if (side[static_cast<std::size_t>(sb)]) continue;
+      const std::int32_t* partners = pair_partners(library, sa, sb);
+      std::int64_t agreed = 0;
+      for (std::size_t x = 0; x < group.cols[ka].size(); ++x)
+        if (partners[x] >= 0 && group.cols[ka][x] == group.cols[kb][static_cast<std::size_t>(partners[x])]) ++agreed;
+      total += agreed * context.weights[static_cast<std::size_t>(sa)] * context.weights[static_cast<std::size_t>(sb)] *
+               pair_identity(library, sa, sb);
+    }
+  }
+  return total;
+}
+
+Group refine(const JoinContext& context, const GuideTree& tree, Group alignment, int passes) {
+  const std::size_t n = static_cast<std::size_t>(context.codes.size());
+  for (int pass = 0; pass < passes; ++pass) {
+    bool changed = false;
+    for (std::size_t node = 0; node < tree.nodes.size(); ++node) {
+      if (static_cast<int>(node) == tree.root) continue;
+      std::vector<char> side(n, 0);
+      for (const int seq : tree_leaves(tree, static_cast<int>(node))) side[static_cast<std::size_t>(seq)] = 1;
+      std::vector<char> rest(n, 0);
+      for (std::size_t k = 0; k < n; ++k) rest[k] = side[k] ? 0 : 1;
+      const Group candidate = join_groups(context, sub_group(alignment, side), sub_group(alignment, rest));
+      if (cross_agreement(context, candidate, side) > cross_agreement(context, alignment, side)) {
+        alignment = candidate;
+        changed = true;
+      }
+    }
+    if (!changed) break;
+  }
+  return alignment;
+}
+
+// ---- the result ----
+
+std::string aligned_text(const std::string& text, const std::vector<std::int32_t>& cols, int len, char filler) {
+  std::string out(static_cast<std::size_t>(len), ' ');
+  for (std::size_t x = 0; x < cols.size(); ++x) out[static_cast<std::size_t>(cols[x])] = x < text.size() ? text[x] : filler;
+  return out;
+}
+
+void fill_result(const Group& alignment, std::span<const SeqRecord> seqs, const std::vector<int>& rowOrder,
+                 TreeAlignResult& result) {
+  std::vector<std::size_t> slot(seqs.size(), 0);
+  for (std::size_t k = 0; k < alignment.members.size(); ++k) slot[static_cast<std::size_t>(alignment.members[k])] = k;
+  AlignRecord& record = result.alignment;
+  record.numSeqs = static_cast<std::int32_t>(rowOrder.size());
+  record.alignLen = alignment.len;
+  record.seqs.clear();
+  for (const int seq : rowOrder) {
+    const SeqRecord& s = seqs[static_cast<std::size_t>(seq)];
+    const std::vector<std::int32_t>& cols = alignment.cols[slot[static_cast<std::size_t>(seq)]];
+    AlignedSeq row;
+    row.seqIndex = seq;
+    row.aRes = aligned_text(s.pRes, cols, alignment.len, 'X');
+    row.aSRes = aligned_text(s.sRes.value_or(""), cols, alignment.len, 'X');
+    row.aURes = aligned_text(s.uRes.value_or(""), cols, alignment.len, '-');
+    record.seqs.push_back(std::move(row));
+  }
+  result.order = rowOrder;
+}
+
+void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
+                    TreeAlignResult& result, const TreeAlignProgress& progress) {
+  const int n = static_cast<int>(seqs.size());
+  const ScoreTable table = prepared_residue_table(settings);
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kPairs);
+  const PairScoring pairScoring{&table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen,
+                                settings.midStructPen, settings.endStructPen};
+  const PairLibrary library = build_pair_library(seqs, pairScoring, true, options.threads, progress.pairDone);
+  const GuideTree tree = upgma_tree(n, pair_distances(library));
+
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
+  std::vector<SeqCodes> codes;
+  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
+  const std::vector<std::int64_t> weights = tree_weights(tree);
+  JoinContext context{codes, weights, &library, {}, {}};
+  context.scoring.wtTable = table;
+  context.scoring.ssTable = settings.ssMatrix;
+  context.scoring.gapPen = options.gapPen >= 0 ? options.gapPen : settings.gapPen;
+  context.scoring.gapSizePen = options.gapSizePen >= 0 ? options.gapSizePen : settings.gapSizePen;
+  context.scoring.tableWeight = options.tableWeight;
+  if (options.mode == TreeMode::kConsistency) {
+    context.scoring.libraryWeight = options.libraryWeight;
+    context.thirds = third_sequences(tree, n, options.maxThirds);
+  }
+  Group alignment = join_up_tree(context, tree, seqs);
+  if (options.refinePasses > 0 && n > 2) {
+    if (progress.stageStarted) progress.stageStarted(TreeStage::kRefine);
+    alignment = refine(context, tree, std::move(alignment), options.refinePasses);
+  }
+  fill_result(alignment, seqs, tree_leaves(tree, tree.root), result);
+  result.confidence = column_confidence(alignment, library);
+}
+
+}  // namespace
+
+std::optional<Failure> tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs,
+                                  const TreeAlignOptions& options, TreeAlignResult& result,
+                                  const TreeAlignProgress& progress) {
+  result = TreeAlignResult();
+  if (seqs.empty()) return std::nullopt;
+  return capture_failure("main", [&] { run_tree_align(settings, seqs, options, result, progress); });
+}

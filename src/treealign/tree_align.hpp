@@ -1,0 +1,47 @@
+// Alignment up a guide tree: every pair aligned (structure-aware), a tree by
+// average linkage on the pairs' distances, the groups joined up the tree as
+// profiles (optionally scored by consistency with the pair library), then
+// refined by realigning the two sides of tree edges. Takes plain records and
+// settings; has no column, sequence or residue limit of its own.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "align/align_score.hpp"
+#include "malign/pair_stage.hpp"
+#include "malign/run_settings.hpp"
+#include "seq/seq_record.hpp"
+#include "shell/errors.hpp"
+
+enum class TreeMode { kTree, kConsistency };
+
+struct TreeAlignOptions {
+  TreeMode mode = TreeMode::kConsistency;
+  int threads = 0;        // as the pairwise stage counts them
+  int refinePasses = 1;   // passes over the tree's edges
+  int maxThirds = 60;     // sequences the library is extended through, at most
+  double tableWeight = 1.0;
+  double libraryWeight = 40.0;
+  int gapPen = -1, gapSizePen = -1;  // for the joins; -1: the settings' own
+};
+
+enum class TreeStage { kPairs, kJoins, kRefine };
+
+struct TreeAlignProgress {
+  std::function<void(TreeStage)> stageStarted;
+  PairDone pairDone;
+};
+
+struct TreeAlignResult {
+  AlignRecord alignment;       // rows in the tree's order; gaps are blanks
+  std::vector<int> order;      // sequence of each row
+  std::string confidence;      // a digit 0-9 per column: the pair library's support
+};
+
+std::optional<Failure> tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs,
+                                  const TreeAlignOptions& options, TreeAlignResult& result,
+                                  const TreeAlignProgress& progress);
