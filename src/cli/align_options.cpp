@@ -132,7 +132,7 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
     options.inFormat = std::string(found->name);
   } else if (name == "--order") {
     options.order = value;
-    options.orderGiven = true;
+    options.orderGiven = value != "computed";  // the tree modes compute their order too
   } else if (name == "--mode") {
     const auto found = std::find_if(std::begin(kModes), std::end(kModes), [&](const NamedMode& m) { return m.name == value; });
     if (found == std::end(kModes)) {

@@ -28,7 +28,7 @@ struct AlignOptions {
   ColourScheme colour = ColourScheme::kClustal;
   int threads = 0;  // 0: every available core
   RunMode mode = RunMode::kAuto;
-  bool orderGiven = false;  // --order was given
+  bool orderGiven = false;  // --order asked for input order or a sequence
   bool quiet = false;
 };
 

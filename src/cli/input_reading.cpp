@@ -246,7 +246,7 @@ bool check_records(const std::vector<SeqRecord>& records, const std::vector<int>
     if (n < kMinRes || (designedLimits && n > kMaxRes)) {
       error = at + "sequence " + seq_name(record, k) + " has " + std::to_string(n) +
               (designedLimits ? " residues; ravlin aligns sequences of 3 to 4,000 residues"
-                              : " residues; ravlin aligns sequences of at least 3 residues");
+                              : " residues; ravlin aligns sequences of 3 residues or more");
       return false;
     }
     if (!record.acc) continue;

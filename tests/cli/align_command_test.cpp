@@ -63,9 +63,11 @@ TEST(AlignCommand, EveryInputFormatGivesTheSameAlignment) {
       {"Clustal", ">SEQA\nACDEFGHIKLMN\n>SEQB\nACDEFHIKLMN\n>SEQC\nCDEFGHIKLMNP\n", "-f ALN",
        "CLUSTAL multiple sequence alignment by ravlin-align 6.0\n\n\nSEQA      ACDEFGHIKLMN-\nSEQB      ACDEF-HIKLMN-\n"
        "SEQC      -CDEFGHIKLMNP\n           **** ****** \n\n"},
-      {"Stockholm with the structure used", testsupport::read_golden("batch/seqs.txt"), "-f sto",
-       "# STOCKHOLM 1.0\nSEQA         ACDEFGHIKLMN-\n#=GR SEQA SS CCHHHHHHCCCC.\nSEQB         ACDEF-HIKLMN-\n"
-       "SEQC         -CDEFGHIKLMNP\n#=GC SS_cons CCHHHHHHCCCC.\n//\n"},
+      // Every residue pair of a column is one the pairwise alignments make (9), but P stands alone (0).
+      {"Stockholm with the structure used and the columns' confidence", testsupport::read_golden("batch/seqs.txt"),
+       "-f sto",
+       "# STOCKHOLM 1.0\nSEQA            ACDEFGHIKLMN-\n#=GR SEQA SS    CCHHHHHHCCCC.\nSEQB            ACDEF-HIKLMN-\n"
+       "SEQC            -CDEFGHIKLMNP\n#=GC SS_cons    CCHHHHHHCCCC.\n#=GC confidence 9999999999990\n//\n"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -171,15 +173,16 @@ TEST(AlignCommand, DegenerateInputsAlign) {
       {"empty file", "", "", "in.fa is empty; give a file of sequences", "mget_seqs", fewerThanTwo},
       {"one sequence", ">only\nMKV\n", ">only\nMKV\n", "", "mget_seqs", fewerThanTwo},
       {"three identical", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n", ">a\nMKVL\n>b\nMKVL\n>c\nMKVL\n", "", "", ""},
-      // Two copies of 4,000 residues make 4,000 columns, more than an alignment holds.
-      {"two identical of 4,000 residues", ">a\n" + fourThousand + "\n>b\n" + fourThousand + "\n", "",
-       tooLong + ": an alignment holds at most 3,500 columns", "find_best_align", tooLong + "\n"},
+      // Two copies of 4,000 residues make 4,000 columns: more than the designed strategy's 3,500.
+      {"two identical of 4,000 residues", ">a\n" + fourThousand + "\n>b\n" + fourThousand + "\n", "", "",
+       "find_best_align", tooLong + "\n"},
       {"BA, BB and BC", ">BA\nBA\n>BB\nBB\n>BC\nBC\n", "", "sequence BA has 2 residues; ravlin aligns sequences of 3",
        "store_seq_data", tooShort},
       {"500 of 3 residues", many_tiny_sequences(), "", "", "", ""},
       {"4,000 copies of one letter", ">w\n" + std::string(4000, 'W') + "\n", "", "", "mget_seqs", fewerThanTwo},
       // X scores nothing against itself, so nothing pairs and the ends slide apart.
-      {"all X", ">a\nXXXX\n>b\nXXXX\n", ">a\n----XXXX\n>b\nXXXX----\n", "", "store_seq_data", tooShort},
+      // (The row operand's tail comes first: a, the tree's left leaf.)
+      {"all X", ">a\nXXXX\n>b\nXXXX\n", ">a\nXXXX----\n>b\n----XXXX\n", "", "store_seq_data", tooShort},
       // A gap inside the helix costs more than the mismatches that avoid it.
       {"a structure line of only helices", ">a first\nACDEFGHIKLMN\nHHHHHHHHHHHH\n\n>b second\nACDEFHIKLMN\n",
        ">a first\nACDEFGHIKLMN\n>b second\nACDEFHIKLMN-\n", "", "", ""},
@@ -247,6 +250,7 @@ TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
            "done; kill -INT $pid; wait $pid; }",
        128 + 2,
        "ravlin-align: shipped settings for inputs where no sequence has structure (ravlin-nostruct)\n"
+       "ravlin-align: mode consistency (120 sequences; consistency up to 400)\n"
        "ravlin-align: pairwise alignments ...\n" +
            interrupted},
       {"full standard output", ">a\nACDEFG\n>b\nACDFG\n", "{ " + bin + " -q in.fa >/dev/full 2>stderr.txt; }", 1,
@@ -293,7 +297,7 @@ TEST(AlignCommand, HelpVersionAndStandardStreams) {
   const AlignRun piped = align(dir, "-o out.fa -", ">a\nMKVLA\n>b\nMKVA\n");
   EXPECT_EQ(piped.result.status, 0);
   EXPECT_EQ(dir.read("out.fa"), ">a\nMKVLA\n>b\nMKVA-\n");  // an end gap is free, an inner one costs 11
-  EXPECT_THAT(piped.err, HasSubstr("ravlin-align: multiple alignment done"));
+  EXPECT_THAT(piped.err, HasSubstr("ravlin-align: joins up the guide tree done"));
 }
 
 // Biopython's readers take each standard format back with the input's ids
