@@ -62,6 +62,18 @@ svg.addEventListener("pointermove", function (e) {
 svg.addEventListener("pointerleave", function () { tip.setAttribute("display", "none"); });
 )js";
 
+// Only with a confidence track: its value under the pointer (`conf`, one
+// digit a column; the track's top `cy` and height `ch` within a block),
+// else what the rows say.
+constexpr std::string_view kConfidenceHoverCode = R"js(var describeRow = describe;
+describe = function (x, y) {
+  var b = Math.floor(y / d.bh), top = y - b * d.bh, c = b * d.bw + Math.floor(x / d.cell);
+  if (x >= 0 && x < d.bw * d.cell && b >= 0 && c < d.width && top >= d.cy && top < d.cy + d.ch)
+    return "column " + (c + 1) + ": confidence " + d.conf[c] + " of 9";
+  return describeRow(x, y);
+};
+)js";
+
 void append_number_field(std::string& out, std::string_view name, long value) {
   out += name;
   out += ':';
@@ -147,6 +159,14 @@ void append_hover_script(std::string& out, const AlignmentView& view, const Pict
   append_number_field(out, "width", view.width);
   append_number_field(out, "right", layout.bodyWidth);
   append_number_field(out, "height", layout.blocks * layout.blockHeight);
+  const bool confidence = layout.confidenceY >= 0;
+  if (confidence) {
+    append_number_field(out, "cy", layout.confidenceY);
+    append_number_field(out, "ch", kBarHeight);
+    out += "conf:\"";
+    append_script_text(out, view.confidence);
+    out += "\",";
+  }
   out += "rowY:[";
   for (std::size_t r = 0; r < layout.rowY.size(); ++r) {
     if (r > 0) out += ',';
@@ -156,5 +176,6 @@ void append_hover_script(std::string& out, const AlignmentView& view, const Pict
   for (const ViewRow& row : view.rows) append_row_data(out, row);
   out += "]};";
   out += kHoverCode;
+  if (confidence) out += kConfidenceHoverCode;
   out += "})();\n]]></script>";
 }

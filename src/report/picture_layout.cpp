@@ -10,6 +10,7 @@ constexpr double kIdCharWidth = 7.3;  // of the 12 px monospace font
 constexpr int kNumberWidth = 48;      // the residue numbers right of a block
 constexpr int kConsensusHeight = 14;
 constexpr int kBlockGap = 14;
+constexpr int kTrackGap = 2;  // keeps the confidence bars off the conservation bars
 
 std::size_t id_chars(const AlignmentView& view) {
   std::size_t longest = 0;
@@ -35,7 +36,12 @@ PictureLayout calc_picture_layout(const AlignmentView& view, int blockWidth) {
   }
   layout.consensusY = y;
   layout.barY = y + kConsensusHeight;
-  layout.blockHeight = layout.barY + kBarHeight + kBlockGap;
+  y = layout.barY + kBarHeight;
+  if (!view.confidence.empty()) {
+    layout.confidenceY = y + kTrackGap;
+    y = layout.confidenceY + kBarHeight;
+  }
+  layout.blockHeight = y + kBlockGap;
   return layout;
 }
 

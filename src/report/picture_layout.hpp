@@ -1,8 +1,9 @@
 // Where everything of the alignment's picture stands, and the small helpers
 // that write SVG text. The picture is a stack of blocks, each `blockWidth`
 // columns wide: a ruler, per sequence its structure track (when it has
-// structure) and its residue row, then the consensus and the conservation
-// bars. The ids stand in a pane of their own at the left.
+// structure) and its residue row, then the consensus, the conservation
+// bars and, when the run gives one, the column confidence. The ids stand
+// in a pane of their own at the left.
 #pragma once
 
 #include <span>
@@ -30,6 +31,7 @@ struct PictureLayout {
   std::vector<int> rowY;    // per row: top of its residue row within a block
   int consensusY = 0;
   int barY = 0;
+  int confidenceY = -1;  // top of the confidence track within a block, -1 for none
 };
 
 PictureLayout calc_picture_layout(const AlignmentView& view, int blockWidth);

@@ -1,6 +1,6 @@
 // Sections: the two public writers at the end; before them the style
-// sheet and the settings text, the blocks (ruler, residue rows, consensus
-// and conservation bars), the id pane and the structure tracks.
+// sheet and the settings text, the blocks (ruler, residue rows, consensus,
+// conservation and confidence bars), the id pane and the structure tracks.
 #include "report/picture_writer.hpp"
 
 #include <algorithm>
@@ -51,6 +51,14 @@ constexpr std::string_view kKeyText =
     "A boxed residue is an anchor, an underlined stretch a gap-free group. Below each block: the consensus "
     "and, as bars, the share of the sequences that hold the column's most frequent residue. Hover over a "
     "residue for its sequence, number and structure.";
+constexpr std::string_view kConfidenceKeyText =
+    " Under the conservation bars, the confidence of each column: how far the pairwise alignments support "
+    "it, from 0 to 9, the taller and darker the more; hover over it for its value.";
+
+// Paler to darker green with the confidence digit; inline fills, so that
+// the style sheet stays as it is for pictures without confidence.
+constexpr std::array<std::string_view, 10> kConfidenceShades = {"#b5deab", "#a2d597", "#8ecb84", "#7abf72", "#65b262",
+                                                                "#50a353", "#3b9245", "#278038", "#146b2c", "#00501f"};
 
 std::string_view scheme_name(ColourScheme scheme) {
   switch (scheme) {
@@ -269,6 +277,44 @@ void append_conservation(std::string& out, const std::vector<int>& top, int rows
          "frequent residue</title></path>";
 }
 
+// The column confidence: a bar for each run of columns of one digit, taller
+// (a stub for 0) and darker the higher the digit; one path per digit, so a
+// block costs at most ten elements whatever its width.
+void append_confidence(std::string& out, const std::string& confidence, int first, int last,
+                       const PictureLayout& layout) {
+  if (layout.confidenceY < 0 || confidence.size() <= static_cast<std::size_t>(last)) return;
+  std::array<std::string, 10> paths;
+  const int base = layout.confidenceY + kBarHeight - 1;
+  for (int c = first; c <= last;) {
+    const int end = same_run_end(confidence, c, last);
+    const int digit = confidence[static_cast<std::size_t>(c)] - '0';
+    if (digit >= 0 && digit <= 9) {
+      const int width = (end - c + 1) * kCellWidth - 2;
+      std::string& path = paths[static_cast<std::size_t>(digit)];
+      path += 'M';
+      append_int(path, column_x(layout, c) + 1);
+      path += ' ';
+      append_int(path, base);
+      path += 'h';
+      append_int(path, width);
+      path += "v-";
+      append_int(path, 2 + (digit * (kBarHeight - 4) + 4) / 9);
+      path += "h-";
+      append_int(path, width);
+      path += 'z';
+    }
+    c = end + 1;
+  }
+  std::string layer;
+  for (std::size_t k = 0; k < paths.size(); ++k) {
+    if (paths[k].empty()) continue;
+    layer += "<path fill=\"";
+    layer += kConfidenceShades[k];
+    layer += "\" d=\"" + paths[k] + "\"/>";
+  }
+  if (!layer.empty()) out += "<g class=\"conf\">" + layer + "</g>";
+}
+
 void append_blocks_pane(std::FILE* stream, std::string& out, const AlignmentView& view, const PictureOptions& options,
                         const PictureLayout& layout) {
   const std::vector<std::string> colours = calc_residue_colours(view, options.colour);
@@ -293,6 +339,7 @@ void append_blocks_pane(std::FILE* stream, std::string& out, const AlignmentView
     if (!anchors.empty()) out += "<path class=\"anchor\" d=\"" + anchors + "\"/>";
     append_consensus(out, view, first, last, layout);
     append_conservation(out, top, static_cast<int>(view.rows.size()), first, last, layout);
+    append_confidence(out, view.confidence, first, last, layout);
     out += "</g>";
   }
   for (std::size_t r = 0; r < view.rows.size(); ++r) {
@@ -322,6 +369,7 @@ void append_id_pane(std::string& out, const AlignmentView& view, const PictureLa
     }
     append_text(out, "lab", kIdX, layout.consensusY + kTextBaseline, "consensus");
     append_text(out, "lab", kIdX, layout.barY + kTextBaseline, "conservation");
+    if (layout.confidenceY >= 0) append_text(out, "lab", kIdX, layout.confidenceY + kTextBaseline, "confidence");
     out += "</g>";
   }
 }
@@ -363,6 +411,7 @@ void write_html_picture(std::FILE* stream, const AlignmentView& view, const Pict
   append_escaped(out, settings_text(options));
   out += "</p>\n<p>";
   out += kKeyText;
+  if (layout.confidenceY >= 0) out += kConfidenceKeyText;
   out += "</p>\n<div class=\"wrap\">\n";
   append_svg_open(out, "pic ids", layout.idWidth, height);
   append_id_pane(out, view, layout);

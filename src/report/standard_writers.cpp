@@ -9,6 +9,9 @@
 namespace {
 
 constexpr int kBlockWidth = 60;
+// A feature of our own: PP_cons, the nearest recommended one, holds
+// posterior probabilities, which the column confidence is not.
+constexpr const char* kConfidenceTag = "#=GC confidence";
 
 // Residue groups of the Clustal conservation line.
 constexpr std::array<std::string_view, 9> kStrongGroups = {"STA",  "NEQK", "NHQK", "NDEQ", "QHRK",
@@ -114,7 +117,9 @@ void write_stockholm_alignment(std::FILE* stream, const AlignmentView& view) {
   std::size_t width = name_width(view);
   for (const ViewRow& row : view.rows)
     if (row.hasStructure) width = std::max(width, std::string("#=GR " + row.name + " SS").size());
-  width = std::max(width, std::string("#=GC SS_cons").size()) + 1;
+  width = std::max(width, std::string("#=GC SS_cons").size());
+  if (!view.confidence.empty()) width = std::max(width, std::string(kConfidenceTag).size());
+  ++width;
   for (const ViewRow& row : view.rows) {
     write_padded(stream, row.name, width);
     std::fprintf(stream, "%s\n", gapped(row.residues).c_str());
@@ -129,6 +134,10 @@ void write_stockholm_alignment(std::FILE* stream, const AlignmentView& view) {
       consensus.push_back(consensus_state(structures, c));
     write_padded(stream, "#=GC SS_cons", width);
     std::fprintf(stream, "%s\n", consensus.c_str());
+  }
+  if (!view.confidence.empty()) {
+    write_padded(stream, kConfidenceTag, width);
+    std::fprintf(stream, "%s\n", view.confidence.c_str());
   }
   std::fputs("//\n", stream);
 }

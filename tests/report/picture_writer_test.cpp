@@ -1,6 +1,7 @@
 // The picture's structure elements: one per helix or strand however gaps and
 // block ends cut it, with the sequence's id and residue numbers; residues
-// stretched over their cells; what the hover script reads; the marks.
+// stretched over their cells; what the hover script reads; the marks; the
+// column confidence in the pictures and in Stockholm.
 #include "report/picture_writer.hpp"
 
 #include <gtest/gtest.h>
@@ -10,13 +11,21 @@
 #include <string>
 #include <vector>
 
+#include "report/standard_writers.hpp"
+
 namespace {
 
-std::string drawn_svg(const AlignmentView& view, int blockWidth) {
+std::string written(const std::string& format, const AlignmentView& view, int blockWidth = 60) {
   std::FILE* file = std::tmpfile();
   PictureOptions options;
   options.blockWidth = blockWidth;
-  write_svg_picture(file, view, options);
+  if (format == "stockholm") {
+    write_stockholm_alignment(file, view);
+  } else if (format == "html") {
+    write_html_picture(file, view, options);
+  } else {
+    write_svg_picture(file, view, options);
+  }
   std::string text(static_cast<std::size_t>(std::ftell(file)), '\0');
   std::rewind(file);
   text.resize(std::fread(text.data(), 1, text.size(), file));
@@ -64,6 +73,7 @@ ViewRow row_of(const std::string& id, const std::string& residues, const std::st
                bool hasStructure = true) {
   ViewRow row;
   row.id = id;
+  row.name = id;
   row.header = id;
   row.residues = residues;
   row.structure = structure;
@@ -108,7 +118,7 @@ TEST(PictureWriter, OneElementPerHelixAndStrand) {
     view.width = static_cast<int>(c.rows[0].residues.size());
     view.rows = c.rows;
     view.consensus = std::string(static_cast<std::size_t>(view.width), '-');
-    const std::string svg = drawn_svg(view, c.blockWidth);
+    const std::string svg = written("svg", view, c.blockWidth);
     EXPECT_EQ(structure_elements(svg), c.expected);
     // Every residue and consensus letter drawn once, each text as wide as its columns.
     std::size_t letters = 0, residues = static_cast<std::size_t>(view.width);
@@ -136,12 +146,57 @@ TEST(PictureWriter, HoverDataAndMarks) {
   view.width = 5;
   view.rows = {marked, numbered};
   view.consensus = "MK-VL";
-  const std::string svg = drawn_svg(view, 60);
+  const std::string svg = written("svg", view);
   EXPECT_NE(svg.find("{id:\"p1\",r:\"MK-VL\",s:\"HH.CC\",g:\"1*-**\"},"), std::string::npos);
   EXPECT_NE(svg.find("{id:\"x\\u0026\\u003cy\\\"\",r:\"ACD--\",n:[0,101,102,103]},"), std::string::npos);
   EXPECT_NE(svg.find("<path class=\"anchor\" d=\"M1 27h8v12h-8z\"/>"), std::string::npos);
   EXPECT_NE(svg.find("<path class=\"grp\" d=\"M10 39h10M30 39h20\"/>"), std::string::npos);
   EXPECT_EQ(svg.find("date"), std::string::npos);
+}
+
+// The column confidence where users read it: a #=GC line in Stockholm, a
+// track of bars with its hover text in the pictures; without it, nothing
+// of it (the whole runs' golden files hold the rest of those bytes).
+TEST(PictureWriter, ColumnConfidenceInStockholmAndPictures) {
+  const struct {
+    const char* format;
+    std::string confidence;
+    std::vector<std::string> expected;  // parts of the output, in order
+  } cases[] = {
+      {"stockholm", "", {"# STOCKHOLM 1.0\nseq1         ACDEFG\nseq2         AC-EFG\n//\n"}},
+      {"stockholm",
+       "975500",
+       {"# STOCKHOLM 1.0\nseq1            ACDEFG\nseq2            AC-EFG\n#=GC confidence 975500\n//\n"}},
+      {"svg", "", {"height=\"88\""}},
+      {"html", "", {"height=\"88\""}},
+      // Block: rows at 16 and 30, consensus 44, conservation 58, confidence
+      // 76 (bars up from 91); 0 a stub of 2, 9 the full 14; a path per digit.
+      {"svg",
+       "975500",
+       {"height=\"106\"", ">confidence</text>",
+        "<g class=\"conf\"><path fill=\"#b5deab\" d=\"M41 91h18v-2h-18z\"/><path fill=\"#50a353\" "
+        "d=\"M21 91h18v-9h-18z\"/><path fill=\"#278038\" d=\"M11 91h8v-11h-8z\"/><path fill=\"#00501f\" "
+        "d=\"M1 91h8v-14h-8z\"/></g>",
+        "cy:76,ch:16,conf:\"975500\",", "\" of 9\""}},
+      {"html", "975500", {"the confidence of each column", "height=\"106\"", "<g class=\"conf\">"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.format) + " " + c.confidence);
+    AlignmentView view;
+    view.width = 6;
+    view.rows = {row_of("seq1", "ACDEFG", "XXXXXX", false), row_of("seq2", "AC EFG", "XXXXXX", false)};
+    view.consensus = "AC-EFG";
+    view.confidence = c.confidence;
+    const std::string text = written(c.format, view);
+    std::size_t at = 0;
+    for (const std::string& part : c.expected) {
+      at = text.find(part, at);
+      ASSERT_NE(at, std::string::npos) << part << "\nin\n" << text;
+    }
+    if (c.confidence.empty()) {
+      EXPECT_EQ(text.find("conf"), std::string::npos);
+    }
+  }
 }
 
 }  // namespace
