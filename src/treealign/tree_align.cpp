@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr int kTreeMapsMostSeqs = 500;
+
 std::vector<double> pair_distances(const PairLibrary& library) {
   const int n = library.n;
   std::vector<double> d(static_cast<std::size_t>(n) * static_cast<std::size_t>(n), 0.0);
@@ -80,12 +82,19 @@ std::int64_t cross_agreement(const JoinContext& context, const Group& group, con
   return total;
 }
 
+// Edges from the leaves up (a leaf's edge costs least), each realigning its
+// two sides, until a pass has cost about twice what the joins did.
 Group refine(const JoinContext& context, const GuideTree& tree, Group alignment, int passes) {
   const std::size_t n = static_cast<std::size_t>(context.codes.size());
+  const double budget = static_cast<double>(n) * static_cast<double>(n);
   for (int pass = 0; pass < passes; ++pass) {
     bool changed = false;
+    double spent = 0;
     for (std::size_t node = 0; node < tree.nodes.size(); ++node) {
       if (static_cast<int>(node) == tree.root) continue;
+      const double leaves = tree.nodes[node].leaves;
+      spent += leaves * (static_cast<double>(n) - leaves);
+      if (spent > budget) break;
       std::vector<char> side(n, 0);
       for (const int seq : tree_leaves(tree, static_cast<int>(node))) side[static_cast<std::size_t>(seq)] = 1;
       std::vector<char> rest(n, 0);
@@ -137,7 +146,11 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   if (progress.stageStarted) progress.stageStarted(TreeStage::kPairs);
   const PairScoring pairScoring{&table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen,
                                 settings.midStructPen, settings.endStructPen};
-  const PairLibrary library = build_pair_library(seqs, pairScoring, true, options.threads, progress.pairDone);
+  // The residue maps take about 4 bytes per residue per other sequence; the
+  // tree alone needs only the identities, so beyond the size where the maps
+  // stay small it keeps none (and gives neither refinement nor confidence).
+  const bool keepMaps = options.mode == TreeMode::kConsistency || n <= kTreeMapsMostSeqs;
+  const PairLibrary library = build_pair_library(seqs, pairScoring, keepMaps, options.threads, progress.pairDone);
   const GuideTree tree = upgma_tree(n, pair_distances(library));
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
@@ -155,12 +168,12 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
     context.thirds = third_sequences(tree, n, options.maxThirds);
   }
   Group alignment = join_up_tree(context, tree, seqs);
-  if (options.refinePasses > 0 && n > 2) {
+  if (options.refinePasses > 0 && n > 2 && library.keepsMaps) {
     if (progress.stageStarted) progress.stageStarted(TreeStage::kRefine);
     alignment = refine(context, tree, std::move(alignment), options.refinePasses);
   }
   fill_result(alignment, seqs, tree_leaves(tree, tree.root), result);
-  result.confidence = column_confidence(alignment, library);
+  if (library.keepsMaps) result.confidence = column_confidence(alignment, library);
 }
 
 }  // namespace
