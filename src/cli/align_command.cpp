@@ -234,8 +234,8 @@ PictureOptions picture_options(const AlignOptions& options, const PrintOptions& 
 
 void write_result(const AlignOptions& options, const RunSettings& settings, const RunInput& input,
                   const RunResult& result, const std::string& confidence, std::FILE* stream) {
-  AlignmentView view = malign_view(input.seqs, result.alignment, result.alignOrder,
-                                   options.alignedOutputOrder ? 0 : 1, settings.consensusPercent);
+  AlignmentView view = malign_view(input.seqs, result.alignment, result.alignOrder, options.alignedOutputOrder ? 0 : 1,
+                                   settings.consensusPercent);
   view.confidence = confidence;
   const ScoreTable table = prepared_residue_table(settings);
   const PrintOptions print = run_print_options(settings, table);

@@ -134,7 +134,8 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
     options.order = value;
     options.orderGiven = value != "computed";  // the tree modes compute their order too
   } else if (name == "--mode") {
-    const auto found = std::find_if(std::begin(kModes), std::end(kModes), [&](const NamedMode& m) { return m.name == value; });
+    const auto found =
+        std::find_if(std::begin(kModes), std::end(kModes), [&](const NamedMode& m) { return m.name == value; });
     if (found == std::end(kModes)) {
       error = "--mode takes auto, consistency, tree or designed, not '" + value + "'";
       return false;

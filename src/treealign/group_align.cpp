@@ -22,12 +22,12 @@ std::size_t at(std::size_t row, std::size_t width, std::size_t col) { return row
 // One side of a join, column by column.
 struct ColumnProfile {
   int len = 0;
-  std::int64_t weight = 0;                    // the members' weights summed
-  std::int64_t ssWeight = 0;                  // the same over members with structure
-  std::vector<std::int64_t> res, ss;          // weighted code counts, len x kCodes
-  std::vector<std::int32_t> structPen;        // scaled
-  std::vector<std::int32_t> groupPen;         // scaled
-  std::vector<char> anchor;                   // an anchor digit in the column, or 0
+  std::int64_t weight = 0;                                                 // the members' weights summed
+  std::int64_t ssWeight = 0;                                               // the same over members with structure
+  std::vector<std::int64_t> res, ss;                                       // weighted code counts, len x kCodes
+  std::vector<std::int32_t> structPen;                                     // scaled
+  std::vector<std::int32_t> groupPen;                                      // scaled
+  std::vector<char> anchor;                                                // an anchor digit in the column, or 0
   std::vector<std::vector<std::pair<int, std::int64_t>>> resList, ssList;  // non-zero counts
 };
 
@@ -102,11 +102,14 @@ std::vector<std::int64_t> library_support(const JoinContext& context, const Grou
     for (std::size_t kb = 0; kb < b.members.size(); ++kb) {
       const int sb = b.members[kb];
       const std::vector<std::int32_t>& colsB = b.cols[kb];
-      const std::int64_t w = context.weights[static_cast<std::size_t>(sa)] * context.weights[static_cast<std::size_t>(sb)];
+      const std::int64_t w =
+          context.weights[static_cast<std::size_t>(sa)] * context.weights[static_cast<std::size_t>(sb)];
       const std::int32_t* direct = pair_partners(library, sa, sb);
       const std::int64_t directWeight = w * pair_identity(library, sa, sb);
       for (std::size_t x = 0; x < colsA.size(); ++x)
-        if (direct[x] >= 0) support[at(static_cast<std::size_t>(colsA[x]), lenB, static_cast<std::size_t>(colsB[static_cast<std::size_t>(direct[x])]))] += directWeight;
+        if (direct[x] >= 0)
+          support[at(static_cast<std::size_t>(colsA[x]), lenB,
+                     static_cast<std::size_t>(colsB[static_cast<std::size_t>(direct[x])]))] += directWeight;
       for (const int third : context.thirds) {
         if (third == sa || third == sb) continue;
         const std::int32_t* toThird = pair_partners(library, sa, third);
@@ -118,7 +121,9 @@ std::vector<std::int64_t> library_support(const JoinContext& context, const Grou
           const std::int32_t z = toThird[x];
           if (z < 0) continue;
           const std::int32_t y = fromThird[z];
-          if (y >= 0) support[at(static_cast<std::size_t>(colsA[x]), lenB, static_cast<std::size_t>(colsB[static_cast<std::size_t>(y)]))] += linkWeight;
+          if (y >= 0)
+            support[at(static_cast<std::size_t>(colsA[x]), lenB,
+                       static_cast<std::size_t>(colsB[static_cast<std::size_t>(y)]))] += linkWeight;
         }
       }
     }
@@ -138,8 +143,8 @@ std::vector<std::int32_t> join_scores(const JoinContext& context, const Group& a
   if (withLibrary) support = library_support(context, a, b);
   const double pairWeight = static_cast<double>(pa.weight) * static_cast<double>(pb.weight);
   const double tableFactor = scoring.scale * scoring.tableWeight / pairWeight;
-  const double libraryFactor =
-      scoring.scale * scoring.libraryWeight / (pairWeight * 1000.0 * (1.0 + static_cast<double>(context.thirds.size())));
+  const double libraryFactor = scoring.scale * scoring.libraryWeight /
+                               (pairWeight * 1000.0 * (1.0 + static_cast<double>(context.thirds.size())));
   for (std::size_t p = 0; p < rows; ++p) {
     std::int32_t* out = scores.data() + p * cols;
     for (std::size_t q = 0; q < cols; ++q) {

@@ -24,10 +24,10 @@ struct Group {
 
 // Per sequence, what a join reads of it (computed once).
 struct SeqCodes {
-  std::vector<std::int32_t> res, ss;   // table codes 0 .. 26
-  std::vector<std::int32_t> structPen; // gap penalty inside its helices and strands (table units)
-  std::vector<char> anchor;            // '1'..'5', or 0
-  std::vector<char> inGroup;           // 1 where the residue and the one before belong to a gap-free group
+  std::vector<std::int32_t> res, ss;    // table codes 0 .. 26
+  std::vector<std::int32_t> structPen;  // gap penalty inside its helices and strands (table units)
+  std::vector<char> anchor;             // '1'..'5', or 0
+  std::vector<char> inGroup;            // 1 where the residue and the one before belong to a gap-free group
   bool hasSs = false;
 };
 

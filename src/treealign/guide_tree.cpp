@@ -55,7 +55,11 @@ GuideTree upgma_tree(int n, std::vector<double> distances) {
   for (int k = 0; k < n; ++k) tree.nodes[static_cast<std::size_t>(k)].seq = k;
   if (n < 1) return tree;
   tree.root = 0;
-  Clusters c{n, std::move(distances), std::vector<int>(n, 1), std::vector<int>(n), std::vector<int>(n, -1),
+  Clusters c{n,
+             std::move(distances),
+             std::vector<int>(n, 1),
+             std::vector<int>(n),
+             std::vector<int>(n, -1),
              std::vector<char>(n, 1)};
   for (int i = 0; i < n; ++i) c.node[i] = i;
   for (int i = 0; i < n; ++i) find_nearest(c, i);

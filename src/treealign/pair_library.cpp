@@ -91,10 +91,9 @@ void align_one_pair(PairWorkspace& ws, const SeqRecord& A, const SeqRecord& B, c
   ws.first.assign(room, '\0');
   ws.second.assign(room, '\0');
   int len = 0;
-  const AlignStatus status = align_profile_step(ws.step, active_kernel(), ws.scores.data(), rows, cols,
-                                                ws.rowStruct.data(), ws.colStruct.data(), ws.zeros.data(),
-                                                ws.zeros.data(), scoring.gapPen, scoring.gapSizePen, ws.first,
-                                                ws.second, rows + cols, len);
+  const AlignStatus status = align_profile_step(
+      ws.step, active_kernel(), ws.scores.data(), rows, cols, ws.rowStruct.data(), ws.colStruct.data(), ws.zeros.data(),
+      ws.zeros.data(), scoring.gapPen, scoring.gapSizePen, ws.first, ws.second, rows + cols, len);
   if (align_failed(status)) report_align_fault(status);
   record_pair(A, B, ws.first, ws.second, len, keepMaps, pair);
 }
@@ -112,8 +111,8 @@ const std::int32_t* pair_partners(const PairLibrary& library, int a, int b) {
   return a > b ? pair.iToJ.data() : pair.jToI.data();
 }
 
-PairLibrary build_pair_library(std::span<const SeqRecord> seqs, const PairScoring& scoring, bool keepMaps,
-                               int threads, const PairDone& progress) {
+PairLibrary build_pair_library(std::span<const SeqRecord> seqs, const PairScoring& scoring, bool keepMaps, int threads,
+                               const PairDone& progress) {
   PairLibrary library;
   library.n = static_cast<int>(seqs.size());
   library.keepsMaps = keepMaps;

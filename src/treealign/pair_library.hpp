@@ -49,5 +49,5 @@ const std::int32_t* pair_partners(const PairLibrary& library, int a, int b);
 // In: the sequences, the scores, whether to keep the residue maps, workers.
 // Out: every pair aligned; progress(done, total) called on the calling thread.
 // Exhausted memory is raised as RunFailure.
-PairLibrary build_pair_library(std::span<const SeqRecord> seqs, const PairScoring& scoring, bool keepMaps,
-                               int threads, const PairDone& progress);
+PairLibrary build_pair_library(std::span<const SeqRecord> seqs, const PairScoring& scoring, bool keepMaps, int threads,
+                               const PairDone& progress);

@@ -114,7 +114,8 @@ Group refine(const JoinContext& context, const GuideTree& tree, Group alignment,
 
 std::string aligned_text(const std::string& text, const std::vector<std::int32_t>& cols, int len, char filler) {
   std::string out(static_cast<std::size_t>(len), ' ');
-  for (std::size_t x = 0; x < cols.size(); ++x) out[static_cast<std::size_t>(cols[x])] = x < text.size() ? text[x] : filler;
+  for (std::size_t x = 0; x < cols.size(); ++x)
+    out[static_cast<std::size_t>(cols[x])] = x < text.size() ? text[x] : filler;
   return out;
 }
 
@@ -144,8 +145,8 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   const int n = static_cast<int>(seqs.size());
   const ScoreTable table = prepared_residue_table(settings);
   if (progress.stageStarted) progress.stageStarted(TreeStage::kPairs);
-  const PairScoring pairScoring{&table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen,
-                                settings.midStructPen, settings.endStructPen};
+  const PairScoring pairScoring{
+      &table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen, settings.midStructPen, settings.endStructPen};
   // The residue maps take about 4 bytes per residue per other sequence; the
   // tree alone needs only the identities, so beyond the size where the maps
   // stay small it keeps none (and gives neither refinement nor confidence).

@@ -21,9 +21,9 @@ enum class TreeMode { kTree, kConsistency };
 
 struct TreeAlignOptions {
   TreeMode mode = TreeMode::kConsistency;
-  int threads = 0;        // as the pairwise stage counts them
-  int refinePasses = 1;   // passes over the tree's edges
-  int maxThirds = 60;     // sequences the library is extended through, at most
+  int threads = 0;       // as the pairwise stage counts them
+  int refinePasses = 1;  // passes over the tree's edges
+  int maxThirds = 60;    // sequences the library is extended through, at most
   double tableWeight = 1.0;
   double libraryWeight = 40.0;
   int gapPen = -1, gapSizePen = -1;  // for the joins; -1: the settings' own
@@ -37,9 +37,9 @@ struct TreeAlignProgress {
 };
 
 struct TreeAlignResult {
-  AlignRecord alignment;       // rows in the tree's order; gaps are blanks
-  std::vector<int> order;      // sequence of each row
-  std::string confidence;      // a digit 0-9 per column: the pair library's support
+  AlignRecord alignment;   // rows in the tree's order; gaps are blanks
+  std::vector<int> order;  // sequence of each row
+  std::string confidence;  // a digit 0-9 per column: the pair library's support
 };
 
 std::optional<Failure> tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs,

@@ -61,9 +61,9 @@ TEST(TreeModes, AnchorsAndGroupsHoldInEveryMode) {
   for (const char* mode : {"designed", "tree", "consistency"}) {
     SCOPED_TRACE(mode);
     const TempDir dir;
-    const RunResult run = align(dir, std::string("--mode ") + mode + " " + example("pla2_anchored.fa") + " -s " +
-                                         example("pla2_anchored.ss.fa") + " --anchors " +
-                                         example("pla2_anchored.anchors.fa"));
+    const RunResult run =
+        align(dir, std::string("--mode ") + mode + " " + example("pla2_anchored.fa") + " -s " +
+                       example("pla2_anchored.ss.fa") + " --anchors " + example("pla2_anchored.anchors.fa"));
     ASSERT_EQ(run.status, 0);
     const std::map<std::string, std::string> rows = fasta_rows(run.out);
     ASSERT_EQ(rows.size(), marks.size());
