@@ -75,8 +75,9 @@ TEST(TreeModes, AnchorsAndGroupsHoldInEveryMode) {
         if (row[column] == '-') continue;
         const char m = mark[residue];
         if (m >= '1' && m <= '5') anchorColumns[m].push_back(column);
-        if (m == '*' && residue > 0 && mark[residue - 1] == '*')
+        if (m == '*' && residue > 0 && mark[residue - 1] == '*') {
           EXPECT_EQ(column, previousColumn + 1) << id << " group split at residue " << residue + 1;
+        }
         previousColumn = column;
         ++residue;
       }
