@@ -9,6 +9,7 @@
 #include "align/lane_kernel.hpp"
 #include "align/score_codes.hpp"
 #include "align/sum_matrix.hpp"
+#include "align/traceback.hpp"
 #include "align/wrap_arith.hpp"
 
 namespace {
@@ -113,32 +114,10 @@ std::int32_t band_edge_sum(const BandWorkspace& ws, std::int32_t cell) {
 }
 
 std::int32_t band_path_start(const BandWorkspace& ws) {
-  if (ws.rows < 1 || ws.cols < 1) return kNoCell;
-  std::int32_t best = 0;
-  std::int32_t start = kNoCell;
-  for (int j = 0; j < ws.cols; ++j)
-    if (ws.firstRow[static_cast<std::size_t>(j)] > best) best = ws.firstRow[static_cast<std::size_t>(j)], start = j;
-  for (int i = 1; i < ws.rows; ++i)
-    if (ws.colZeroSums[static_cast<std::size_t>(i)] > best)
-      best = ws.colZeroSums[static_cast<std::size_t>(i)], start = i * ws.cols;
-  return start;
+  return edge_path_start(ws.rows, ws.cols, [&ws](std::int32_t cell) { return band_edge_sum(ws, cell); });
 }
 
-// As for the lane kernels: a carry's link is the cell after the last step
-// that refreshed it.
 std::int32_t band_next_cell(const BandWorkspace& ws, std::int32_t cell) {
-  const int n = ws.cols;
-  const int i = cell / n, j = cell % n;
-  if (i >= ws.rows - 1 || j >= n - 1) return kNoCell;
-  if (entry_bit(ws, i, j, kTookColCarry)) {
-    for (int k = i + 1; k <= ws.rows - 2; ++k)
-      if (entry_bit(ws, k, j, kColRefreshed)) return (k + 1) * n + j + 1;
-    return kNoCell;
-  }
-  if (entry_bit(ws, i, j, kTookRowCarry)) {
-    for (int k = j + 1; k <= n - 2; ++k)
-      if (entry_bit(ws, i, k, kRowRefreshed)) return (i + 1) * n + k + 1;
-    return kNoCell;
-  }
-  return (i + 1) * n + j + 1;
+  return compact_next_cell(cell, ws.rows, ws.cols,
+                           [&ws](int i, int j, int field) { return entry_bit(ws, i, j, field); });
 }

@@ -176,41 +176,16 @@ std::int32_t lane_edge_sum(const LaneWorkspace& ws, int lane, std::int32_t cell)
 }
 
 std::int32_t lane_path_start(const LaneWorkspace& ws, int lane) {
-  const int n = ws.laneCols[lane];
-  if (ws.rows < 1 || n < 1) return kNoCell;
-  std::int32_t best = 0;
-  std::int32_t start = kNoCell;
-  const std::size_t W = static_cast<std::size_t>(ws.lanes);
-  const std::int32_t* firstRow = ws.firstRow + static_cast<std::size_t>(ws.laneStart[lane]) * W + lane;
-  for (int j = 0; j < n; ++j) {
-    const std::int32_t sum = firstRow[static_cast<std::size_t>(j) * W];
-    if (sum > best) best = sum, start = j;
-  }
-  for (int i = 1; i < ws.rows; ++i) {
-    const std::int32_t sum = ws.colZeroSums[static_cast<std::size_t>(i) * W + lane];
-    if (sum > best) best = sum, start = i * n;
-  }
-  return start;
+  return edge_path_start(ws.rows, ws.laneCols[lane],
+                         [&ws, lane](std::int32_t cell) { return lane_edge_sum(ws, lane, cell); });
 }
 
-// A carry's link is the cell after the last step that refreshed it: along
-// the row to the right for the row carry, down the column for a column carry.
+// Cells of a lane count from its real column 0, laneStart[lane] columns into the entries.
 std::int32_t lane_next_cell(const LaneWorkspace& ws, int lane, std::int32_t cell) {
-  const int n = ws.laneCols[lane];
-  const int i = cell / n, jr = cell % n;
-  if (i >= ws.rows - 1 || jr >= n - 1) return kNoCell;
-  const int j = jr + ws.laneStart[lane];
-  if (entry_bit(ws, i, j, kTookColCarry, lane)) {
-    for (int k = i + 1; k <= ws.rows - 2; ++k)
-      if (entry_bit(ws, k, j, kColRefreshed, lane)) return (k + 1) * n + jr + 1;
-    return kNoCell;
-  }
-  if (entry_bit(ws, i, j, kTookRowCarry, lane)) {
-    for (int k = j + 1; k <= ws.cols - 2; ++k)
-      if (entry_bit(ws, i, k, kRowRefreshed, lane)) return (i + 1) * n + (k - ws.laneStart[lane]) + 1;
-    return kNoCell;
-  }
-  return (i + 1) * n + jr + 1;
+  const int start = ws.laneStart[lane];
+  return compact_next_cell(cell, ws.rows, ws.laneCols[lane], [&ws, lane, start](int i, int j, int field) {
+    return entry_bit(ws, i, j + start, field, lane);
+  });
 }
 
 void align_pairs_lanes(LaneWorkspace& ws, KernelKind kind, const SeqRecord& A, std::span<const SeqRecord* const> Bs,
@@ -258,10 +233,10 @@ void align_pairs_lanes(LaneWorkspace& ws, KernelKind kind, const SeqRecord& A, s
       statuses[p] = summed;
       continue;
     }
-    const int len = walk_path(
+    int len = 0;
+    statuses[p] = trace_path(
         lane_path_start(ws, l), a.n, b[l].n, [&ws, l](std::int32_t cell) { return lane_next_cell(ws, l, cell); },
-        ws.first, ws.second);
-    statuses[p] = end_templates(len, kMaxAlignLen, ws.first, ws.second);
+        ws.first, ws.second, kMaxAlignLen, len);
     if (!align_failed(statuses[p]))
       statuses[p] = save_pair_result(*records[p], A, a, *Bs[p], b[l], ws.first, ws.second, len, params);
   }

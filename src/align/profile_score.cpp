@@ -107,10 +107,9 @@ AlignStatus align_profile_step(StepWorkspace& ws, KernelKind kind, const std::in
     const AlignStatus status =
         sum_band(ws.band, kind, scores, rows, cols, rowStruct, colStruct, rowGroup, colGroup, gapPen, gapSizePen);
     if (align_failed(status)) return status;
-    len = walk_path(
+    return trace_path(
         band_path_start(ws.band), rows, cols, [&ws](std::int32_t cell) { return band_next_cell(ws.band, cell); }, first,
-        second);
-    return end_templates(len, maxLen, first, second);
+        second, maxLen, len);
   }
   const std::size_t cells = rows > 0 && cols > 0 ? static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols) : 0;
   if (ws.matrix.size() < cells) ws.matrix = checked_vector<SumCell>(cells, "sm");

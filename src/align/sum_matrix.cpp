@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "align/score_codes.hpp"
+#include "align/traceback.hpp"
 #include "align/wrap_arith.hpp"
 #include "shell/errors.hpp"
 
@@ -140,21 +141,5 @@ void sum_matrix_cells(ColCarry* carries, SumCell* matrix, int rows, int cols, co
 }
 
 std::int32_t find_path_start(const SumCell* matrix, int rows, int cols) {
-  if (!has_cells(rows, cols)) return kNoCell;
-  std::int32_t best = 0;
-  std::int32_t start = kNoCell;
-  for (int j = 0; j < cols; ++j) {
-    if (matrix[j].score > best) {
-      best = matrix[j].score;
-      start = j;
-    }
-  }
-  for (int i = 1; i < rows; ++i) {
-    const std::int32_t cell = i * cols;
-    if (matrix[cell].score > best) {
-      best = matrix[cell].score;
-      start = cell;
-    }
-  }
-  return start;
+  return edge_path_start(rows, cols, [matrix](std::int32_t cell) { return matrix[cell].score; });
 }

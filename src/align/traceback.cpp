@@ -30,7 +30,6 @@ AlignStatus end_templates(int len, int maxLen, std::span<char> first, std::span<
 
 AlignStatus trace_best_align(std::int32_t start, const SumCell* matrix, int rows, int cols, std::span<char> first,
                              std::span<char> second, int maxLen, int& len) {
-  len = walk_path(
-      start, rows, cols, [matrix](std::int32_t cell) { return matrix[cell].next; }, first, second);
-  return end_templates(len, maxLen, first, second);
+  return trace_path(
+      start, rows, cols, [matrix](std::int32_t cell) { return matrix[cell].next; }, first, second, maxLen, len);
 }
