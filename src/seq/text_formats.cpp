@@ -1,10 +1,9 @@
-// Sections: the three parsers at the end; before them the line splitting and
-// the residue rules they share.
+// Sections: the shared FASTA and Stockholm layouts first; then the three
+// sequence parsers; before them all, the line and residue rules they share.
 #include "seq/text_formats.hpp"
 
 #include <cctype>
 #include <cstdio>
-#include <map>
 
 #include "shell/text_input.hpp"
 
@@ -20,24 +19,21 @@ std::string_view trimmed(std::string_view text) {
 
 bool is_gap(char ch) { return ch == '-' || ch == '.' || ch == '~'; }
 
-std::string shown_char(char ch) {
-  const auto byte = static_cast<unsigned char>(ch);
-  if (std::isprint(byte)) return std::string("'") + ch + "'";
-  char text[16];
-  std::snprintf(text, sizeof text, "byte 0x%02X", byte);
-  return text;
-}
-
 TextFault fault_at(int line, std::string message) { return TextFault{line, std::move(message)}; }
+
+// The first word of a trimmed text, and the rest trimmed.
+std::pair<std::string_view, std::string_view> first_word(std::string_view text) {
+  std::size_t end = 0;
+  while (end < text.size() && !is_blank(text[end])) ++end;
+  return {text.substr(0, end), trimmed(text.substr(end))};
+}
 
 // Splits a header (without its '>') into id and description.
 void split_header(std::string_view header, TextEntry& entry) {
   entry.header = std::string(header);
-  const std::string_view rest = trimmed(header);
-  std::size_t end = 0;
-  while (end < rest.size() && !is_blank(rest[end])) ++end;
-  entry.id = std::string(rest.substr(0, end));
-  entry.description = std::string(trimmed(rest.substr(end)));
+  const auto [id, description] = first_word(trimmed(header));
+  entry.id = std::string(id);
+  entry.description = std::string(description);
 }
 
 // Adds one line's residues to entry: letters in any case, gaps and blanks
@@ -53,7 +49,7 @@ bool add_residues(std::string_view line, int lineNo, TextEntry& entry, bool& end
       continue;
     }
     if (!std::isalpha(static_cast<unsigned char>(ch)))
-      return (fault = fault_at(lineNo, shown_char(ch) + " in sequence " + entry.id +
+      return (fault = fault_at(lineNo, shown_byte(ch) + " in sequence " + entry.id +
                                            " is not a residue letter; protein sequences hold letters only"),
               false);
     entry.residues.push_back(static_cast<char>(std::toupper(static_cast<unsigned char>(ch))));
@@ -67,28 +63,105 @@ bool check_id(const TextEntry& entry, TextFault& fault) {
   return false;
 }
 
+void add_row(std::vector<StockholmRow>& rows, std::map<std::string, std::size_t>& index, std::string_view id,
+             std::string_view text, int line) {
+  const auto [at, added] = index.emplace(std::string(id), rows.size());
+  if (added) rows.push_back({std::string(id), "", line});
+  rows[at->second].text += text;
+}
+
 }  // namespace
 
-bool read_fasta_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault) {
+std::string shown_byte(char ch) {
+  const auto byte = static_cast<unsigned char>(ch);
+  if (std::isprint(byte)) return std::string("'") + ch + "'";
+  char text[16];
+  std::snprintf(text, sizeof text, "byte 0x%02X", byte);
+  return text;
+}
+
+// ---- the shared layouts ----
+
+bool read_fasta_entries(std::string_view text, std::vector<FastaEntry>& entries, TextFault& fault) {
   const std::vector<std::string_view> lines = split_lines(text);
-  bool ended = false;
   for (std::size_t k = 0; k < lines.size(); ++k) {
     const int lineNo = static_cast<int>(k) + 1;
     const std::string_view line = lines[k];
     if (!line.empty() && line[0] == '>') {
-      entries.emplace_back();
-      entries.back().line = lineNo;
-      split_header(line.substr(1), entries.back());
-      if (!check_id(entries.back(), fault)) return false;
-      ended = false;
+      FastaEntry entry;
+      entry.head.line = lineNo;
+      split_header(line.substr(1), entry.head);
+      if (!check_id(entry.head, fault)) return false;
+      entries.push_back(std::move(entry));
       continue;
     }
     if (trimmed(line).empty() || line[0] == ';') continue;
     if (entries.empty())
       return (fault = fault_at(lineNo, "residues before the first header; a FASTA file starts with a '>' line"), false);
-    if (!add_residues(line, lineNo, entries.back(), ended, fault)) return false;
+    entries.back().data.push_back({lineNo, line});
   }
   return true;
+}
+
+namespace {
+
+const StockholmRow* find_row(const std::vector<StockholmRow>& rows, const std::map<std::string, std::size_t>& index,
+                             const std::string& id) {
+  const auto found = index.find(id);
+  return found == index.end() ? nullptr : &rows[found->second];
+}
+
+}  // namespace
+
+const StockholmRow* StockholmRows::seq_row(const std::string& id) const { return find_row(seqs, seqIndex, id); }
+const StockholmRow* StockholmRows::ss_row(const std::string& id) const { return find_row(ss, ssIndex, id); }
+
+bool read_stockholm_rows(std::string_view text, StockholmRows& rows, TextFault& fault) {
+  const std::vector<std::string_view> lines = split_lines(text);
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    const int lineNo = static_cast<int>(k) + 1;
+    const std::string_view line = trimmed(lines[k]);
+    if (line.starts_with("//")) break;
+    if (line.empty()) continue;
+    const auto [name, rest] = first_word(line);
+    if (name == "#=GR") {
+      const auto [id, tagged] = first_word(rest);
+      const auto [tag, states] = first_word(tagged);
+      if (tag != "SS") continue;
+      if (states.empty())
+        return (
+            fault = fault_at(lineNo, "#=GR " + std::string(id) + " SS without states; give them or remove the line"),
+            false);
+      add_row(rows.ss, rows.ssIndex, id, states, lineNo);
+      continue;
+    }
+    if (line[0] == '#') continue;
+    if (rest.empty()) return (fault = fault_at(lineNo, "a sequence line needs a name and its aligned residues"), false);
+    add_row(rows.seqs, rows.seqIndex, name, rest, lineNo);
+  }
+  return true;
+}
+
+TextFault ss_columns_fault(const StockholmRow& ss, std::size_t seqColumns) {
+  return fault_at(ss.line, "the SS line of " + ss.id + " has " + std::to_string(ss.text.size()) +
+                               " columns but its aligned sequence has " + std::to_string(seqColumns) +
+                               "; give one SS column per alignment column");
+}
+
+// ---- the sequence parsers ----
+
+bool read_fasta_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault) {
+  std::vector<FastaEntry> read;
+  TextFault layoutFault;
+  const bool whole = read_fasta_entries(text, read, layoutFault);
+  for (FastaEntry& entry : read) {
+    bool ended = false;
+    for (const DataLine& data : entry.data)
+      if (!add_residues(data.text, data.line, entry.head, ended, fault)) return false;
+    entries.push_back(std::move(entry.head));
+  }
+  if (!whole) fault = layoutFault;
+  return whole;
 }
 
 bool read_pir_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault) {
@@ -129,50 +202,23 @@ bool read_pir_text(std::string_view text, std::vector<TextEntry>& entries, TextF
 }
 
 bool read_stockholm_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault) {
-  const std::vector<std::string_view> lines = split_lines(text);
-  std::map<std::string, std::size_t> byId;
-  std::map<std::string, std::string> rows, structure;
-  for (std::size_t k = 0; k < lines.size(); ++k) {
-    const int lineNo = static_cast<int>(k) + 1;
-    const std::string_view line = trimmed(lines[k]);
-    if (line.empty() || line.starts_with("# STOCKHOLM")) continue;
-    if (line.starts_with("//")) break;
-    TextEntry fields;
-    split_header(line, fields);
-    if (line.starts_with("#=GR")) {
-      TextEntry rest;
-      split_header(fields.description, rest);
-      TextEntry value;
-      split_header(rest.description, value);
-      if (value.id == "SS") structure[rest.id] += value.description;
-      continue;
-    }
-    if (line[0] == '#') continue;
-    if (fields.description.empty())
-      return (fault = fault_at(lineNo, "a sequence line needs a name and its aligned residues"), false);
-    if (byId.emplace(fields.id, entries.size()).second) {
-      entries.emplace_back();
-      entries.back().id = fields.id;
-      entries.back().header = fields.id;
-      entries.back().line = lineNo;
-    }
-    rows[fields.id] += fields.description;
-  }
-  for (TextEntry& entry : entries) {
-    const std::string& row = rows[entry.id];
-    const auto ss = structure.find(entry.id);
-    if (ss != structure.end() && ss->second.size() != row.size())
-      return (fault = fault_at(entry.line, "the SS line of " + entry.id + " has " + std::to_string(ss->second.size()) +
-                                               " columns, its sequence " + std::to_string(row.size())),
-              false);
+  StockholmRows rows;
+  if (!read_stockholm_rows(text, rows, fault)) return false;
+  for (const StockholmRow& row : rows.seqs) {
+    entries.emplace_back();
+    TextEntry& entry = entries.back();
+    entry.id = row.id;
+    entry.header = row.id;
+    entry.line = row.line;
+    const StockholmRow* ss = rows.ss_row(row.id);
+    if (ss != nullptr && ss->text.size() != row.text.size())
+      return (fault = ss_columns_fault(*ss, row.text.size()), false);
     bool ended = false;
-    std::string kept;
-    for (std::size_t c = 0; c < row.size(); ++c) {
-      if (is_gap(row[c]) || is_blank(row[c]) || row[c] == '*') continue;
-      if (ss != structure.end()) kept.push_back(ss->second[c]);
-    }
-    if (!add_residues(row, entry.line, entry, ended, fault)) return false;
-    entry.structure = kept;
+    if (!add_residues(row.text, row.line, entry, ended, fault)) return false;
+    if (ss == nullptr) continue;
+    // The states of the residue columns: those add_residues kept.
+    for (std::size_t c = 0; c < row.text.size(); ++c)
+      if (!is_gap(row.text[c]) && !is_blank(row.text[c]) && row.text[c] != '*') entry.structure.push_back(ss->text[c]);
   }
   return true;
 }

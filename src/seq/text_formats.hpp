@@ -2,8 +2,13 @@
 // layout of ">P1;ID" entries, and Stockholm alignments. Each parser takes a
 // whole file's text and returns its entries, or the first fault it finds
 // with the line it stands on. Nothing here ends the process.
+//
+// The FASTA and Stockholm layouts are read once, here, for sequences and for
+// structure (structure/ reads its state and anchor files through them): the
+// callers differ only in which characters a row may hold.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,3 +30,50 @@ struct TextFault {
 bool read_fasta_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault);
 bool read_pir_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault);
 bool read_stockholm_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault);
+
+// How a message shows a byte it rejects: 'c' when printable, else byte 0xNN.
+std::string shown_byte(char ch);
+
+// One line of data as written (its line end removed), with its number from 1.
+struct DataLine {
+  int line = 0;
+  std::string_view text;
+};
+
+// One '>' entry of a FASTA file: the header (id, description, header, line
+// set as in TextEntry; residues and structure empty) and its data lines.
+struct FastaEntry {
+  TextEntry head;
+  std::vector<DataLine> data;
+};
+
+// In: a FASTA file's text. Lines of blanks only and ';' comment lines are
+// skipped. Out: the entries, up to the first fault when there is one (then
+// false): a header without an id, or data before the first header. A caller
+// checks the data of the entries it got before reporting that fault, so
+// that faults come in the order of the lines.
+bool read_fasta_entries(std::string_view text, std::vector<FastaEntry>& entries, TextFault& fault);
+
+// One named row of a Stockholm alignment: the text after the name on each of
+// its lines, joined (blanks inside a line kept), and the line it first stands on.
+struct StockholmRow {
+  std::string id;
+  std::string text;
+  int line = 0;
+};
+
+// The rows of a Stockholm alignment up to its "//", each kind in the order
+// its names first appear: the sequences and the "#=GR ID SS" structure rows.
+struct StockholmRows {
+  std::vector<StockholmRow> seqs, ss;
+  std::map<std::string, std::size_t> seqIndex, ssIndex;  // id to its place in seqs, ss
+  // The row of that id, or null.
+  const StockholmRow* seq_row(const std::string& id) const;
+  const StockholmRow* ss_row(const std::string& id) const;
+};
+
+// Out: the rows, or the first fault: a sequence line without residues, or an
+// SS line without states.
+bool read_stockholm_rows(std::string_view text, StockholmRows& rows, TextFault& fault);
+// The fault of an SS row whose columns are not its sequence's seqColumns.
+TextFault ss_columns_fault(const StockholmRow& ss, std::size_t seqColumns);

@@ -22,9 +22,10 @@ struct FastaRecord {
   int line = 0;  // the header's line
 };
 
-// Reads FASTA-style records. Within a data line, characters are kept as they
-// stand (a blank may be data); blanks at the end of a line are dropped. Each
-// character must be one of allowed, else the error names file, line and id.
+// Reads FASTA-style records, laid out as seq/text_formats lays out FASTA.
+// Within a data line, characters are kept as they stand (a blank may be
+// data); blanks at the end of a line are dropped. Each character must be one
+// of allowed, else the error names file, line and id.
 bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed, const char* what,
                         std::vector<FastaRecord>& out, std::string& error);
 

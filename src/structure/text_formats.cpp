@@ -1,9 +1,11 @@
 // Structure readers for the line-based formats: FASTA-style state strings,
-// Stockholm #=GR SS lines and PSIPRED predictions (.ss2 and .horiz).
+// Stockholm #=GR SS lines and PSIPRED predictions (.ss2 and .horiz). FASTA
+// and Stockholm are laid out by the sequence parsers of seq/text_formats.
 //
 // Sections: shared FASTA-style reading; FASTA-style states; Stockholm; PSIPRED.
+#include "seq/text_formats.hpp"
+
 #include <cctype>
-#include <map>
 #include <sstream>
 
 #include "structure/structure_formats.hpp"
@@ -24,46 +26,34 @@ std::string_view trim_end(std::string_view text) {
   return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
 }
 
-std::string shown(char c) {
-  if (std::isprint(static_cast<unsigned char>(c))) return std::string("'") + c + "'";
-  return "byte " + std::to_string(static_cast<unsigned char>(c));
-}
-
 }  // namespace
 
 // ---- shared FASTA-style reading ----
 
 bool read_fasta_records(const std::string& path, std::string_view text, std::string_view allowed, const char* what,
                         std::vector<FastaRecord>& out, std::string& error) {
-  const std::vector<std::string_view> lines = split_lines(text);
+  std::vector<FastaEntry> entries;
+  TextFault fault;
+  const bool whole = read_fasta_entries(text, entries, fault);
   std::vector<FastaRecord> records;
-  for (std::size_t k = 0; k < lines.size(); ++k) {
-    const int lineNo = static_cast<int>(k) + 1;
-    const std::string_view line = lines[k];
-    if (!line.empty() && line[0] == '>') {
-      std::istringstream words{std::string(line.substr(1))};
-      FastaRecord record;
-      record.line = lineNo;
-      if (!(words >> record.id)) {
-        error = file_line(path, lineNo) + "a header without an id; write the sequence id after '>'";
-        return false;
+  for (const FastaEntry& entry : entries) {
+    FastaRecord record{entry.head.id, "", entry.head.line};
+    for (const DataLine& line : entry.data) {
+      // A blank inside a line may be data; blanks at its end are not.
+      const std::string_view data = trim_end(line.text);
+      for (const char c : data) {
+        if (allowed.find(c) == std::string_view::npos) {
+          error = file_line(path, line.line) + shown_byte(c) + " in " + record.id + " is not " + what;
+          return false;
+        }
       }
-      records.push_back(record);
-      continue;
+      record.data += data;
     }
-    const std::string_view data = trim_end(line);
-    if (data.empty()) continue;
-    if (records.empty()) {
-      error = file_line(path, lineNo) + "text before the first '>' header; start each entry with '>ID'";
-      return false;
-    }
-    for (const char c : data) {
-      if (allowed.find(c) == std::string_view::npos) {
-        error = file_line(path, lineNo) + shown(c) + " in " + records.back().id + " is not " + what;
-        return false;
-      }
-    }
-    records.back().data += data;
+    records.push_back(record);
+  }
+  if (!whole) {
+    error = file_line(path, fault.line) + fault.message;
+    return false;
   }
   if (records.empty()) {
     error = path + ": no '>' entries found; write each sequence's id on a '>' line before its symbols";
@@ -95,63 +85,35 @@ bool read_ss_fasta(const StructSource& source, std::string_view text, std::vecto
 
 namespace {
 
-struct StockholmRow {
-  std::string text;
-  int line = 0;  // where the row first appeared
-};
-
 bool is_stockholm_gap(char c) { return c == '.' || c == '-'; }
 
 }  // namespace
 
 bool read_ss_stockholm(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
                        std::string& error) {
-  std::map<std::string, StockholmRow> seqs, structs;
-  std::vector<std::string> order;
-  const std::vector<std::string_view> lines = split_lines(text);
-  for (std::size_t k = 0; k < lines.size() && trim(lines[k]) != "//"; ++k) {
-    std::istringstream words{std::string(lines[k])};
-    std::string first, second, third, fourth;
-    if (!(words >> first)) continue;
-    const int lineNo = static_cast<int>(k) + 1;
-    if (first == "#=GR") {
-      if (!(words >> second >> third) || third != "SS") continue;
-      if (!(words >> fourth)) {
-        error = file_line(source.path, lineNo) + "#=GR " + second + " SS without states; give them or remove the line";
-        return false;
-      }
-      StockholmRow& row = structs[second];
-      if (row.line == 0) {
-        order.push_back(second);
-        row.line = lineNo;
-      }
-      row.text += fourth;
-    } else if (first[0] != '#' && words >> second) {
-      StockholmRow& row = seqs[first];
-      if (row.line == 0) row.line = lineNo;
-      row.text += second;
-    }
+  StockholmRows rows;
+  TextFault fault;
+  if (!read_stockholm_rows(text, rows, fault)) {
+    error = file_line(source.path, fault.line) + fault.message;
+    return false;
   }
-  if (order.empty()) {
+  if (rows.ss.empty()) {
     error = source.path + ": no '#=GR ID SS' lines found; Stockholm structure needs them";
     return false;
   }
-  for (const std::string& id : order) {
-    const StockholmRow& ss = structs[id];
-    const auto seq = seqs.find(id);
-    if (seq == seqs.end() || seq->second.text.size() != ss.text.size()) {
-      error = file_line(source.path, ss.line) + "the SS line of " + id + " has " + std::to_string(ss.text.size()) +
-              " columns but its aligned sequence has " +
-              std::to_string(seq == seqs.end() ? 0 : seq->second.text.size()) +
-              "; give one SS column per alignment column";
+  for (const StockholmRow& ss : rows.ss) {
+    const StockholmRow* seq = rows.seq_row(ss.id);
+    if (seq == nullptr || seq->text.size() != ss.text.size()) {
+      fault = ss_columns_fault(ss, seq == nullptr ? 0 : seq->text.size());
+      error = file_line(source.path, fault.line) + fault.message;
       return false;
     }
-    StructEntry entry{id, "", "", source.path};
+    StructEntry entry{ss.id, "", "", source.path};
     for (std::size_t c = 0; c < ss.text.size(); ++c) {
-      if (is_stockholm_gap(seq->second.text[c])) continue;
+      if (is_stockholm_gap(seq->text[c])) continue;
       const char state = is_stockholm_gap(ss.text[c]) || ss.text[c] == '_' ? '-' : ss.text[c];
       if (map_structure_state(state) == 0) {
-        error = file_line(source.path, ss.line) + shown(state) + " in the SS line of " + id +
+        error = file_line(source.path, ss.line) + shown_byte(state) + " in the SS line of " + ss.id +
                 " is not a structure state (H G I E B T S P C, '-' or X)";
         return false;
       }
@@ -196,7 +158,7 @@ bool read_horiz(const StructSource& source, const std::vector<std::string_view>&
     for (const char c : value) {
       const bool good = pred ? (c == 'H' || c == 'E' || c == 'C') : std::isalpha(static_cast<unsigned char>(c)) != 0;
       if (!good) {
-        error = file_line(source.path, static_cast<int>(k) + 1) + shown(c) + " is not a PSIPRED " +
+        error = file_line(source.path, static_cast<int>(k) + 1) + shown_byte(c) + " is not a PSIPRED " +
                 (pred ? "state (H, E or C)" : "residue letter") + "; check the file";
         return false;
       }

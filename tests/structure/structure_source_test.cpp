@@ -124,6 +124,8 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
        "mkdssp, a PSIPRED .ss2 or .horiz file, or Stockholm with #=GR SS lines"},
       {"x.ss.fa", ">a\nHHQ\n", "", "", "{F} line 2: 'Q' in a is not a structure state (H G I E B T S P C, '-' or X)"},
       {"x.ss.fa", ">a\n>b\nH\n", "", "", "{F} line 1: a has no symbols; give one per residue or remove the entry"},
+      {"x.ss.fa", ">a\n; a comment\nH\xFF\n", "", "",
+       "{F} line 3: byte 0xFF in a is not a structure state (H G I E B T S P C, '-' or X)"},
       {"x.ss.fa", ">a\nH\n", "y=", "", "{F}: this file names its own sequences; give it without 'y='"},
       {"x.ss.fa", ">a\nH\n", "x=", ":", "structure source 'x={F}:': give the chain after ':' or leave out the ':'"},
       {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n", "", ":A",
