@@ -14,39 +14,12 @@
 #include <vector>
 
 #include "align/pair_align.hpp"
-#include "malign/run_settings.hpp"
+#include "bench_inputs.hpp"
 #include "matrix/weight_matrix.hpp"
-#include "seq/seq_record.hpp"
-#include "shell/parms.hpp"
-#include "shell/text_input.hpp"
 
 static_assert(sizeof(SumCell) == 8, "a matrix cell is two 32-bit words");
 
 namespace {
-
-// The shipped weight file's tables and penalties.
-const RunSettings& scoring() {
-  static const RunSettings s = [] {
-    RunSettings loaded;
-    ParmsRead found;
-    if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r"))
-      read_weight_file(in.get(), loaded, found);
-    return loaded;
-  }();
-  return s;
-}
-
-// Residue frequencies of typical globular proteins (per thousand), A..Y.
-const std::string kResidues = "ACDEFGHIKLMNPQRSTVWY";
-const std::vector<double> kFrequencies = {83, 14, 55, 67, 39, 71, 23, 59, 58, 97,
-                                          24, 41, 47, 39, 55, 66, 53, 69, 11, 29};
-
-std::string random_residues(std::mt19937& rng, int n) {
-  std::discrete_distribution<int> pick(kFrequencies.begin(), kFrequencies.end());
-  std::string out;
-  for (int k = 0; k < n; ++k) out += kResidues[pick(rng)];
-  return out;
-}
 
 // Runs of helix, strand and coil, roughly as a folded protein has them.
 std::string random_structure(std::mt19937& rng, std::size_t n) {
@@ -55,28 +28,6 @@ std::string random_structure(std::mt19937& rng, std::size_t n) {
   while (out.size() < n) out.append(static_cast<std::size_t>(length(rng)), "HBC"[kind(rng)]);
   out.resize(n);
   return out;
-}
-
-// About 70 percent identity: 25 percent substitutions, 5 percent indels.
-std::string mutated(std::mt19937& rng, const std::string& seq) {
-  std::uniform_real_distribution<double> roll(0.0, 1.0);
-  std::string out;
-  for (char residue : seq) {
-    const double r = roll(rng);
-    if (r < 0.025) continue;
-    if (r < 0.05) out += random_residues(rng, 1);
-    out += r < 0.30 ? random_residues(rng, 1)[0] : residue;
-  }
-  return out;
-}
-
-SeqRecord make_record(const std::string& res, const std::string& sRes) {
-  SeqRecord seq;
-  seq.pRes = res;
-  seq.numRes = static_cast<std::int32_t>(res.size());
-  seq.hasSRes = sRes.empty() ? 0 : 1;
-  seq.sRes = sRes.empty() ? std::string(res.size(), 'X') : sRes;
-  return seq;
 }
 
 AlignWorkspace benchWs;
@@ -88,12 +39,12 @@ void report(benchmark::State& state, double cellsPerIteration) {
 }
 
 void align_pair(benchmark::State& state, bool withStructure) {
-  const RunSettings& s = scoring();
+  const RunSettings& s = bench::shipped_scoring();
   std::mt19937 rng(20240611u + static_cast<unsigned>(state.range(0)));
-  const std::string resA = random_residues(rng, static_cast<int>(state.range(0)));
-  const std::string resB = mutated(rng, resA);
-  const SeqRecord a = make_record(resA, withStructure ? random_structure(rng, resA.size()) : "");
-  const SeqRecord b = make_record(resB, withStructure ? random_structure(rng, resB.size()) : "");
+  const std::string resA = bench::random_residues(rng, static_cast<int>(state.range(0)));
+  const std::string resB = bench::mutated(rng, resA);
+  const SeqRecord a = bench::record_of(resA, withStructure ? random_structure(rng, resA.size()) : "");
+  const SeqRecord b = bench::record_of(resB, withStructure ? random_structure(rng, resB.size()) : "");
   benchWs = AlignWorkspace{};  // so bytes/cell reflects this size alone
   AlignRecord record;
   for (auto _ : state) {
@@ -118,7 +69,7 @@ void BM_PairAlignExampleFamily(benchmark::State& state) {
     state.SkipWithError("examples/gluts.txt is not readable");
     return;
   }
-  const RunSettings& s = scoring();
+  const RunSettings& s = bench::shipped_scoring();
   double cells = 0;
   for (int i = 1; i < count; ++i)
     for (int j = 0; j < i; ++j) cells += static_cast<double>(family[i].numRes) * family[j].numRes;

@@ -14,35 +14,19 @@
 #include <vector>
 
 #include "align/kernel_select.hpp"
+#include "bench_inputs.hpp"
 #include "malign/pair_stage.hpp"
-#include "malign/run_settings.hpp"
-#include "seq/seq_record.hpp"
-#include "shell/parms.hpp"
-#include "shell/text_input.hpp"
 
 namespace {
 
 constexpr int kSeqs = 64;
 
-const std::string kResidues = "ACDEFGHIKLMNPQRSTVWY";
-
-std::string random_text(std::mt19937& rng, int n, const std::string& alphabet) {
-  std::uniform_int_distribution<std::size_t> pick(0, alphabet.size() - 1);
+// A structure line of random states (H, B, C, T).
+std::string random_states(std::mt19937& rng, std::size_t n) {
+  static const std::string kStates = "HHHBBCCT";
+  std::uniform_int_distribution<std::size_t> pick(0, kStates.size() - 1);
   std::string out;
-  for (int k = 0; k < n; ++k) out += alphabet[pick(rng)];
-  return out;
-}
-
-// About 70 percent identity with about 5 percent insertions and deletions.
-std::string mutated(std::mt19937& rng, const std::string& seq) {
-  std::uniform_real_distribution<double> roll(0.0, 1.0);
-  std::string out;
-  for (char residue : seq) {
-    const double r = roll(rng);
-    if (r < 0.025) continue;
-    if (r < 0.05) out += random_text(rng, 1, kResidues);
-    out += r < 0.30 ? random_text(rng, 1, kResidues)[0] : residue;
-  }
+  for (std::size_t k = 0; k < n; ++k) out += kStates[pick(rng)];
   return out;
 }
 
@@ -55,19 +39,13 @@ struct Stage {
 const Stage& stage() {
   static const Stage s = [] {
     Stage loaded;
-    ParmsRead found;
-    if (const UniqueFile in = open_file(RAVLIN_SOURCE_DIR "/data/ravlin.wts", "r"))
-      read_weight_file(in.get(), loaded.weights, found);
+    loaded.weights = bench::shipped_scoring();
     std::mt19937 rng(20261123u);
     std::string first;
-    loaded.seqs.resize(kSeqs);
     for (int s = 0; s < kSeqs; ++s) {
-      if (s % 8 == 0) first = random_text(rng, 300, kResidues);
-      SeqRecord& seq = loaded.seqs[static_cast<std::size_t>(s)];
-      seq.pRes = s % 8 == 0 ? first : mutated(rng, first);
-      seq.numRes = static_cast<std::int32_t>(seq.pRes.size());
-      seq.sRes = random_text(rng, seq.numRes, "HHHBBCCT");
-      seq.hasSRes = 1;
+      if (s % 8 == 0) first = bench::random_residues(rng, 300);
+      const std::string res = s % 8 == 0 ? first : bench::mutated(rng, first);
+      loaded.seqs.push_back(bench::record_of(res, random_states(rng, res.size())));
     }
     for (int i = 1; i < kSeqs; ++i)
       for (int j = 0; j < i; ++j) loaded.cells += static_cast<double>(loaded.seqs[i].numRes) * loaded.seqs[j].numRes;

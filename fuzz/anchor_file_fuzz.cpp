@@ -3,15 +3,12 @@
 #include "structure/anchor_file.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string path = fuzz::file_holding(fuzz::text_of(data, size), "anchors");
   std::vector<AnchorEntry> entries;
-  std::string error;
-  if (!read_anchor_file(path, entries, error)) return 0;
+  if (!fuzz::read_as_file(data, size, "anchors", read_anchor_file, entries)) return 0;
   std::vector<std::string> ids, sequences, uRes;
-  for (const AnchorEntry& entry : entries) {
-    ids.push_back(entry.id);
-    sequences.push_back(std::string(entry.symbols.size(), 'A'));
-  }
+  fuzz::ids_and_sequences(
+      entries, [](const AnchorEntry& entry) { return std::string(entry.symbols.size(), 'A'); }, ids, sequences);
+  std::string error;
   assign_anchors(entries, ids, sequences, uRes, error);
   return 0;
 }

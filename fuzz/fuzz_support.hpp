@@ -47,4 +47,24 @@ inline std::string file_holding(const std::string& bytes, const char* name) {
   return path;
 }
 
+// The input as a file given to a reader that takes a path (structure and
+// anchor files); false when the reader refuses it.
+template <class Entry, class Read>
+bool read_as_file(const std::uint8_t* data, std::size_t size, const char* name, Read read,
+                  std::vector<Entry>& entries) {
+  std::string error;
+  return read(file_holding(text_of(data, size), name), entries, error);
+}
+
+// What matching entries to input sequences by id takes: each entry's id as
+// an input id, with the sequence sequenceOf(entry) made for it.
+template <class Entry, class SequenceOf>
+void ids_and_sequences(const std::vector<Entry>& entries, SequenceOf sequenceOf, std::vector<std::string>& ids,
+                       std::vector<std::string>& sequences) {
+  for (const Entry& entry : entries) {
+    ids.push_back(entry.id);
+    sequences.push_back(sequenceOf(entry));
+  }
+}
+
 }  // namespace fuzz

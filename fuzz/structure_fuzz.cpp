@@ -9,18 +9,19 @@
 #include "structure/structure_source.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string path = fuzz::file_holding(fuzz::text_of(data, size), "structure");
   std::vector<StructEntry> entries;
-  std::string error;
-  if (!read_structure_source(path, entries, error)) return 0;
+  if (!fuzz::read_as_file(data, size, "structure", read_structure_source, entries)) return 0;
   std::vector<std::string> ids, sequences, sRes;
-  for (const StructEntry& entry : entries) {
-    ids.push_back(entry.id);
-    std::string residues = entry.residues.empty() ? std::string(entry.states.size(), 'A') : entry.residues;
-    for (char& c : residues)
-      if (c < 'A' || c > 'Z') c = 'X';
-    sequences.push_back(residues);
-  }
+  fuzz::ids_and_sequences(
+      entries,
+      [](const StructEntry& entry) {
+        std::string residues = entry.residues.empty() ? std::string(entry.states.size(), 'A') : entry.residues;
+        for (char& c : residues)
+          if (c < 'A' || c > 'Z') c = 'X';
+        return residues;
+      },
+      ids, sequences);
+  std::string error;
   if (!assign_structures(entries, ids, sequences, sRes, error)) return 0;
   for (std::size_t k = 0; k < sRes.size(); ++k)
     if (sRes[k].size() != sequences[k].size()) std::abort();

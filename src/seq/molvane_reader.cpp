@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -64,39 +65,43 @@ void append_text(std::string& text, const std::string& value, const char* module
 
 enum class LineKind { kMore, kEnd, kUnknown };
 
+// The tags of one-line values, each a text of the record (a later line
+// replaces an earlier one), and the tags whose values are joined into the
+// residues, structure and groups. The module names the text when memory
+// runs out.
+struct ValueTag {
+  char tag;
+  std::optional<std::string> SeqRecord::*value;
+  const char* module;
+};
+const ValueTag kValueTags[] = {{'A', &SeqRecord::acc, "read_seq_molvane:acc"},
+                               {'n', &SeqRecord::title, "read_seq_molvane:title"},
+                               {'o', &SeqRecord::organism, "read_seq_molvane:organism"},
+                               {'i', &SeqRecord::reference, "read_seq_molvane:reference"}};
+struct TextTag {
+  char tag;
+  std::string MolvaneTexts::*text;
+  const char* module;
+};
+const TextTag kTextTags[] = {{'r', &MolvaneTexts::residues, "read_seq_molvane:pRes"},
+                             {'S', &MolvaneTexts::structure, "read_seq_molvane:sRes"},
+                             {'G', &MolvaneTexts::grouping, "read_seq_molvane:uRes"}};
+
 // A line cut to nothing by a zero byte reads '\0' as its tag, which is no tag.
 LineKind take_line(const std::string& line, SeqRecord& seq, MolvaneTexts& texts) {
-  switch (line[0]) {
-    case 'A':
-      seq.acc = tag_value(line, "read_seq_molvane:acc");
-      return LineKind::kMore;
-    case 'n':
-      seq.title = tag_value(line, "read_seq_molvane:title");
-      return LineKind::kMore;
-    case 'o':
-      seq.organism = tag_value(line, "read_seq_molvane:organism");
-      return LineKind::kMore;
-    case 'i':
-      seq.reference = tag_value(line, "read_seq_molvane:reference");
-      return LineKind::kMore;
-    case 'r':
-      append_text(texts.residues, tag_value(line, "read_seq_molvane:pRes"), "read_seq_molvane:pRes");
-      return LineKind::kMore;
-    case 'S':
-      append_text(texts.structure, tag_value(line, "read_seq_molvane:sRes"), "read_seq_molvane:sRes");
-      return LineKind::kMore;
-    case 'G':
-      append_text(texts.grouping, tag_value(line, "read_seq_molvane:uRes"), "read_seq_molvane:uRes");
-      return LineKind::kMore;
-    case 'K':
-    case 'P':
-    case 'T':
-      return LineKind::kMore;
-    case '\n':
-      return LineKind::kEnd;
-    default:
-      return LineKind::kUnknown;
+  const char tag = line[0];
+  for (const ValueTag& v : kValueTags) {
+    if (v.tag != tag) continue;
+    seq.*v.value = tag_value(line, v.module);
+    return LineKind::kMore;
   }
+  for (const TextTag& t : kTextTags) {
+    if (t.tag != tag) continue;
+    append_text(texts.*t.text, tag_value(line, t.module), t.module);
+    return LineKind::kMore;
+  }
+  if (tag == 'K' || tag == 'P' || tag == 'T') return LineKind::kMore;  // read and left aside
+  return tag == '\n' ? LineKind::kEnd : LineKind::kUnknown;
 }
 
 std::string folded_upper(const std::string& text) {

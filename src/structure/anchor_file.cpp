@@ -1,9 +1,7 @@
 // Anchor files: FASTA-style symbol strings matched to the input by id.
 #include "structure/anchor_file.hpp"
 
-#include <algorithm>
-#include <map>
-
+#include "structure/placement.hpp"
 #include "structure/structure_formats.hpp"
 
 bool read_anchor_file(const std::string& path, std::vector<AnchorEntry>& out, std::string& error) {
@@ -19,30 +17,17 @@ bool read_anchor_file(const std::string& path, std::vector<AnchorEntry>& out, st
 
 bool assign_anchors(const std::vector<AnchorEntry>& entries, const std::vector<std::string>& ids,
                     const std::vector<std::string>& sequences, std::vector<std::string>& uRes, std::string& error) {
-  std::map<std::string, const AnchorEntry*> byId;
-  for (const AnchorEntry& entry : entries) {
-    const auto [it, added] = byId.emplace(entry.id, &entry);
-    if (!added) {
-      error = "anchors for " + entry.id + " are given twice (" + it->second->origin + " and " + entry.origin +
-              "); give them once";
-      return false;
-    }
-    if (std::find(ids.begin(), ids.end(), entry.id) == ids.end()) {
-      error = entry.origin + " gives anchors for " + entry.id +
-              ", which is not an input sequence; check the id (the first word of its header)";
-      return false;
-    }
-  }
+  std::vector<const AnchorEntry*> matched;
+  if (!match_by_id(entries, ids, {"anchors", "are", "give them once", ""}, matched, error)) return false;
   uRes.assign(ids.size(), std::string());
   for (std::size_t k = 0; k < ids.size() && k < sequences.size(); ++k) {
-    const auto found = byId.find(ids[k]);
-    if (found == byId.end()) {
+    if (matched[k] == nullptr) {
       uRes[k].assign(sequences[k].size(), '-');
       continue;
     }
-    const std::string& symbols = found->second->symbols;
+    const std::string& symbols = matched[k]->symbols;
     if (symbols.size() != sequences[k].size()) {
-      error = "anchors for " + ids[k] + " in " + found->second->origin + " have " + std::to_string(symbols.size()) +
+      error = "anchors for " + ids[k] + " in " + matched[k]->origin + " have " + std::to_string(symbols.size()) +
               " symbols but the sequence has " + std::to_string(sequences[k].size()) +
               " residues; give one symbol per residue";
       return false;

@@ -161,28 +161,15 @@ bool place_structure(const StructEntry& entry, const std::string& seqId, const s
 
 bool assign_structures(const std::vector<StructEntry>& entries, const std::vector<std::string>& ids,
                        const std::vector<std::string>& sequences, std::vector<std::string>& sRes, std::string& error) {
-  std::map<std::string, const StructEntry*> byId;
-  for (const StructEntry& entry : entries) {
-    const auto [it, added] = byId.emplace(entry.id, &entry);
-    if (!added) {
-      error = "structure for " + entry.id + " is given twice (" + it->second->origin + " and " + entry.origin +
-              "); give one";
-      return false;
-    }
-    if (std::find(ids.begin(), ids.end(), entry.id) == ids.end()) {
-      error = entry.origin + " gives structure for " + entry.id +
-              ", which is not an input sequence; check the id (the first word of its header) or name it as ID=FILE";
-      return false;
-    }
-  }
+  std::vector<const StructEntry*> matched;
+  if (!match_by_id(entries, ids, {"structure", "is", "give one", " or name it as ID=FILE"}, matched, error))
+    return false;
   sRes.assign(ids.size(), std::string());
   for (std::size_t k = 0; k < ids.size() && k < sequences.size(); ++k) {
-    const auto found = byId.find(ids[k]);
-    if (found == byId.end()) {
+    if (matched[k] == nullptr)
       sRes[k].assign(sequences[k].size(), 'X');
-    } else if (!place_structure(*found->second, ids[k], sequences[k], sRes[k], error)) {
+    else if (!place_structure(*matched[k], ids[k], sequences[k], sRes[k], error))
       return false;
-    }
   }
   return true;
 }

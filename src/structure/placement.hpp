@@ -2,6 +2,8 @@
 // gives every input sequence its structure string (X where none is known).
 #pragma once
 
+#include <algorithm>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,3 +27,39 @@ bool place_structure(const StructEntry& entry, const std::string& seqId, const s
 // twice, is an error.
 bool assign_structures(const std::vector<StructEntry>& entries, const std::vector<std::string>& ids,
                        const std::vector<std::string>& sequences, std::vector<std::string>& sRes, std::string& error);
+
+// How match_by_id names a kind of entry in its faults.
+struct EntryWords {
+  const char* noun;    // "structure", "anchors"
+  const char* verb;    // "is", "are"
+  const char* once;    // what to do about an id given twice
+  const char* idHint;  // what else than checking the id may help, or ""
+};
+
+// Matches entries (structure or anchors) to the input sequences by id.
+// Out: per input id, its entry or null; or the fault of an id given twice
+// or of an id that is not an input id.
+template <class Entry>
+bool match_by_id(const std::vector<Entry>& entries, const std::vector<std::string>& ids, const EntryWords& words,
+                 std::vector<const Entry*>& matched, std::string& error) {
+  std::map<std::string, const Entry*> byId;
+  for (const Entry& entry : entries) {
+    const auto [it, added] = byId.emplace(entry.id, &entry);
+    if (!added) {
+      error = std::string(words.noun) + " for " + entry.id + " " + words.verb + " given twice (" + it->second->origin +
+              " and " + entry.origin + "); " + words.once;
+      return false;
+    }
+    if (std::find(ids.begin(), ids.end(), entry.id) == ids.end()) {
+      error = entry.origin + " gives " + words.noun + " for " + entry.id +
+              ", which is not an input sequence; check the id (the first word of its header)" + words.idHint;
+      return false;
+    }
+  }
+  matched.assign(ids.size(), nullptr);
+  for (std::size_t k = 0; k < ids.size(); ++k) {
+    const auto found = byId.find(ids[k]);
+    if (found != byId.end()) matched[k] = found->second;
+  }
+  return true;
+}

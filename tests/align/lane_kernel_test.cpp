@@ -138,19 +138,27 @@ void check_cases(KernelKind kind, unsigned seed, int count, int maxRows, int max
   }
 }
 
-}  // namespace
-
-TEST(LaneKernel, AgreesWithTheScalarKernel) {
+// Runs check on every vector kernel the machine has; skips the test when there is none.
+template <class Check>
+void on_vector_kernels(Check check) {
   int tested = 0;
   for (KernelKind kind : {KernelKind::sse41, KernelKind::avx2, KernelKind::avx512}) {
     if (!kernel_supported(kind)) continue;
     ++tested;
+    check(kind);
+  }
+  if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
+}
+
+}  // namespace
+
+TEST(LaneKernel, AgreesWithTheScalarKernel) {
+  on_vector_kernels([](KernelKind kind) {
     check_cases(kind, 11u, 600, 12, 12);  // small: every tie shape many times
     check_cases(kind, 12u, 120, 70, 70);  // mid-sized, with long gaps
     check_cases(kind, 13u, 3, 3000, 6);   // 3,000 rows against short columns
     check_cases(kind, 14u, 3, 4, 3000);   // and the other way round
-  }
-  if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
+  });
 }
 
 namespace {
@@ -179,14 +187,10 @@ void check_band_cases(KernelKind kind, unsigned seed, int count, int maxRows, in
 }  // namespace
 
 TEST(BandKernel, AgreesWithTheScalarKernel) {
-  int tested = 0;
-  for (KernelKind kind : {KernelKind::sse41, KernelKind::avx2, KernelKind::avx512}) {
-    if (!kernel_supported(kind)) continue;
-    ++tested;
+  on_vector_kernels([](KernelKind kind) {
     check_band_cases(kind, 21u, 1500, 40, 12);  // bands of every fill, short rows
     check_band_cases(kind, 22u, 150, 90, 90);
     check_band_cases(kind, 23u, 2, 3000, 5);
     check_band_cases(kind, 24u, 2, 5, 3000);
-  }
-  if (tested == 0) GTEST_SKIP() << "no vector kernel on this machine";
+  });
 }

@@ -36,6 +36,22 @@ AlignRun align(const TempDir& dir, const std::string& args, const std::string& s
 
 void add_weights(const TempDir& dir) { dir.write("tiny.wts", testsupport::read_golden("batch/tiny.wts")); }
 
+// A run that fails, for the tests that it leaves nothing behind.
+struct FailingRun {
+  const char* what;
+  std::string input;  // in.fa
+  std::string how;    // ravlin-align's arguments, or a whole shell command
+  int status;
+  std::string message;
+};
+
+// Files in the run's directory, to see that the run left none behind.
+std::size_t file_count(const TempDir& dir) {
+  std::size_t files = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(dir.path())) ++files;
+  return files;
+}
+
 TEST(AlignCommand, EveryInputFormatGivesTheSameAlignment) {
   const struct {
     const char* what;
@@ -85,13 +101,7 @@ TEST(AlignCommand, EveryInputFormatGivesTheSameAlignment) {
 // file that is neither created nor touched.
 TEST(AlignCommand, FailuresLeaveNothingBehind) {
   const std::string good = ">a\nACDEFG\n>b\nACDFG\n";
-  const struct {
-    const char* what;
-    std::string input;
-    std::string args;
-    int status;
-    std::string message;
-  } cases[] = {
+  const FailingRun cases[] = {
       {"no input", good, "", 2, "ravlin-align: no input file given\nusage: ravlin-align"},
       {"unknown option", good, "--frobnicate in.fa", 2, "unknown option --frobnicate"},
       {"bad thread count", good, "--threads 0 in.fa", 2, "--threads takes a whole number from 1 to 256"},
@@ -120,14 +130,12 @@ TEST(AlignCommand, FailuresLeaveNothingBehind) {
     dir.write("keep.txt", "precious\n");
     dir.write("zz.ss.fa", ">zz\nHHHH\n");
     dir.write("a.ss.fa", ">a\nHHH\n");
-    const AlignRun run = align(dir, "-q " + c.args);
+    const AlignRun run = align(dir, "-q " + c.how);
     EXPECT_EQ(run.result.status, c.status);
     EXPECT_THAT(run.err, HasSubstr(c.message));
     EXPECT_EQ(run.result.out, "");
     EXPECT_EQ(dir.read("keep.txt"), "precious\n");
-    std::size_t files = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(dir.path())) ++files;
-    EXPECT_EQ(files, 5u) << "only in.fa, keep.txt, the two structure files and stderr.txt";
+    EXPECT_EQ(file_count(dir), 5u) << "only in.fa, keep.txt, the two structure files and stderr.txt";
   }
 }
 
@@ -231,13 +239,7 @@ TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
   }
   const std::string bin = shell_quote(RAVLIN_ALIGN_BIN);
   const std::string interrupted = "ravlin-align: error: interrupted; no output was written\n";
-  const struct {
-    const char* what;
-    std::string input;
-    std::string command;
-    int status;
-    std::string message;
-  } cases[] = {
+  const FailingRun cases[] = {
       // Interrupted once the temporary file exists.
       {"Ctrl-C while writing a file", slow,
        "{ " + bin +
@@ -260,13 +262,11 @@ TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
     SCOPED_TRACE(c.what);
     TempDir dir;
     dir.write("in.fa", c.input);
-    const RunResult run = testsupport::run_command(c.command, "", dir.path());
+    const RunResult run = testsupport::run_command(c.how, "", dir.path());
     EXPECT_EQ(run.status, c.status);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(dir.read("stderr.txt"), c.message);
-    std::size_t files = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(dir.path())) ++files;
-    EXPECT_EQ(files, 2u) << "only in.fa and stderr.txt";
+    EXPECT_EQ(file_count(dir), 2u) << "only in.fa and stderr.txt";
   }
 }
 
