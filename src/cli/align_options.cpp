@@ -1,8 +1,8 @@
 #include "cli/align_options.hpp"
 
-#include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cstddef>
 #include <string_view>
 
 #include "align/kernel_select.hpp"
@@ -55,24 +55,29 @@ const NamedFormat* find_format(const std::string& wanted, bool read) {
   return nullptr;
 }
 
-struct NamedScheme {
+// A word an option takes, and what it stands for.
+template <class Value>
+struct NamedValue {
   std::string_view name;
-  ColourScheme scheme;
+  Value value;
 };
 
-constexpr NamedScheme kColourSchemes[] = {
+// The value that table names wanted, or null.
+template <class Value, std::size_t N>
+const Value* find_named(const NamedValue<Value> (&table)[N], std::string_view wanted) {
+  for (const NamedValue<Value>& entry : table)
+    if (entry.name == wanted) return &entry.value;
+  return nullptr;
+}
+
+constexpr NamedValue<ColourScheme> kColourSchemes[] = {
     {"none", ColourScheme::kNone},
     {"clustal", ColourScheme::kClustal},
     {"zappo", ColourScheme::kZappo},
     {"hydrophobicity", ColourScheme::kHydrophobicity},
 };
 
-struct NamedMode {
-  std::string_view name;
-  RunMode mode;
-};
-
-constexpr NamedMode kModes[] = {
+constexpr NamedValue<RunMode> kModes[] = {
     {"auto", RunMode::kAuto},
     {"consistency", RunMode::kConsistency},
     {"tree", RunMode::kTree},
@@ -134,13 +139,12 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
     options.order = value;
     options.orderGiven = value != "computed";  // the tree modes compute their order too
   } else if (name == "--mode") {
-    const auto found =
-        std::find_if(std::begin(kModes), std::end(kModes), [&](const NamedMode& m) { return m.name == value; });
-    if (found == std::end(kModes)) {
+    const RunMode* mode = find_named(kModes, value);
+    if (mode == nullptr) {
       error = "--mode takes auto, consistency, tree or designed, not '" + value + "'";
       return false;
     }
-    options.mode = found->mode;
+    options.mode = *mode;
   } else if (name == "--output-order") {
     if (value != "input" && value != "aligned") {
       error = "--output-order takes input or aligned, not '" + value + "'";
@@ -166,14 +170,12 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
       return false;
     }
   } else if (name == "--colour" || name == "--color") {
-    const std::string wanted = lower_case(value);
-    const auto found = std::find_if(std::begin(kColourSchemes), std::end(kColourSchemes),
-                                    [&](const NamedScheme& s) { return s.name == wanted; });
-    if (found == std::end(kColourSchemes)) {
+    const ColourScheme* scheme = find_named(kColourSchemes, lower_case(value));
+    if (scheme == nullptr) {
       error = "--colour takes none, clustal, zappo or hydrophobicity, not '" + value + "'";
       return false;
     }
-    options.colour = found->scheme;
+    options.colour = *scheme;
   }
   return true;
 }
