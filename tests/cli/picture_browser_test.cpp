@@ -58,8 +58,8 @@ TEST(PictureBrowser, PicturesShowResiduesAndStructure) {
        70, true, "[195, 33], [35, 33]", "1hna I16 helix|-"},
       {"standalone drawing, anchors, no colours",
        // The designed strategy's columns, where the pointer positions were worked out.
-       "-f svg --colour none --mode designed " + example("pla2_anchored.fa") + " -s " + example("pla2_anchored.ss.fa") + " --anchors " +
-           example("pla2_anchored.anchors.fa"),
+       "-f svg --colour none --mode designed " + example("pla2_anchored.fa") + " -s " + example("pla2_anchored.ss.fa") +
+           " --anchors " + example("pla2_anchored.anchors.fa"),
        "out.svg", 38, 27, false, "[475, 33], [245, 33], [5, 420]",
        "1bp2 H48 helix, anchor 1|1bp2 Y25 strand, gap-free group|-"},
   };
