@@ -256,6 +256,22 @@ std::vector<int> calc_top_counts(const AlignmentView& view) {
   return top;
 }
 
+// One bar as a closed path: from its bottom-left corner (x, base), width wide
+// and height tall.
+void append_bar(std::string& path, int x, int base, int width, int height) {
+  path += 'M';
+  append_int(path, x);
+  path += ' ';
+  append_int(path, base);
+  path += 'h';
+  append_int(path, width);
+  path += "v-";
+  append_int(path, height);
+  path += "h-";
+  append_int(path, width);
+  path += 'z';
+}
+
 void append_conservation(std::string& out, const std::vector<int>& top, int rows, int first, int last,
                          const PictureLayout& layout) {
   std::string bars;
@@ -263,13 +279,7 @@ void append_conservation(std::string& out, const std::vector<int>& top, int rows
   for (int c = first; c <= last; ++c) {
     const int height = rows > 0 ? (top[static_cast<std::size_t>(c)] * (kBarHeight - 2) + rows / 2) / rows : 0;
     if (height == 0) continue;
-    bars += 'M';
-    append_int(bars, column_x(layout, c) + 1);
-    bars += ' ';
-    append_int(bars, base);
-    bars += "h8v-";
-    append_int(bars, height);
-    bars += "h-8z";
+    append_bar(bars, column_x(layout, c) + 1, base, 8, height);
   }
   if (bars.empty()) return;
   out += "<path class=\"bar\" d=\"" + bars +
@@ -290,18 +300,8 @@ void append_confidence(std::string& out, const std::string& confidence, int firs
     const int digit = confidence[static_cast<std::size_t>(c)] - '0';
     if (digit >= 0 && digit <= 9) {
       const int width = (end - c + 1) * kCellWidth - 2;
-      std::string& path = paths[static_cast<std::size_t>(digit)];
-      path += 'M';
-      append_int(path, column_x(layout, c) + 1);
-      path += ' ';
-      append_int(path, base);
-      path += 'h';
-      append_int(path, width);
-      path += "v-";
-      append_int(path, 2 + (digit * (kBarHeight - 4) + 4) / 9);
-      path += "h-";
-      append_int(path, width);
-      path += 'z';
+      append_bar(paths[static_cast<std::size_t>(digit)], column_x(layout, c) + 1, base, width,
+                 2 + (digit * (kBarHeight - 4) + 4) / 9);
     }
     c = end + 1;
   }

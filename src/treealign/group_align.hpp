@@ -14,6 +14,7 @@
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
 #include "treealign/pair_library.hpp"
+#include "treealign/seq_codes.hpp"
 
 // An alignment of some of the sequences: the column of each member's residues.
 struct Group {
@@ -22,18 +23,9 @@ struct Group {
   int len = 0;
 };
 
-// Per sequence, what a join reads of it (computed once).
-struct SeqCodes {
-  std::vector<std::int32_t> res, ss;    // table codes 0 .. 26
-  std::vector<std::int32_t> structPen;  // gap penalty inside its helices and strands (table units)
-  std::vector<char> anchor;             // '1'..'5', or 0
-  std::vector<char> inGroup;            // 1 where the residue and the one before belong to a gap-free group
-  bool hasSs = false;
-};
-
 struct GroupScoring {
   ScoreTable wtTable{}, ssTable{};  // residue table prepared as the run scores with it
-  int gapPen = 0, gapSizePen = 0;   // table units
+  int gapOpen = 0, gapLength = 0;   // table units
   int scale = 16;                   // integer score units per table unit
   double tableWeight = 1.0;         // share of the substitution scores
   double libraryWeight = 0.0;       // table units a fully supported residue pair adds (0: no consistency)
@@ -47,8 +39,6 @@ struct JoinContext {
   std::vector<int> thirds;                // sequences the library is extended through
   GroupScoring scoring;
 };
-
-SeqCodes seq_codes(const SeqRecord& seq, int midPen, int endPen);
 
 // A group of one sequence.
 Group single_group(int seq, int numRes);

@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "align/kernel_select.hpp"
-#include "align/penalties.hpp"
 #include "align/profile_score.hpp"
 #include "align/score_codes.hpp"
 #include "shell/errors.hpp"
@@ -18,27 +17,9 @@ namespace {
 // Scratch of one worker, grown as pairs need it.
 struct PairWorkspace {
   StepWorkspace step;
-  std::vector<std::int32_t> scores, rowCodes, colCodes, rowSs, colSs, rowStruct, colStruct, zeros;
+  std::vector<std::int32_t> scores, zeros;
   std::vector<char> first, second;
 };
-
-std::string padded(const std::optional<std::string>& text, int n) {
-  std::string copy = text ? text->substr(0, static_cast<std::size_t>(n)) : std::string();
-  copy.resize(static_cast<std::size_t>(n), 'X');
-  return copy;
-}
-
-void sequence_arrays(const SeqRecord& seq, const PairScoring& scoring, std::vector<std::int32_t>& codes,
-                     std::vector<std::int32_t>& ssCodes, std::vector<std::int32_t>& structPen) {
-  const int n = seq.numRes;
-  const std::string res = padded(seq.pRes, n), sres = padded(seq.sRes, n);
-  codes.resize(static_cast<std::size_t>(n));
-  ssCodes.resize(static_cast<std::size_t>(n));
-  structPen.resize(static_cast<std::size_t>(n));
-  codes_to_indices(res.data(), n, codes.data(), kOtherCode);
-  codes_to_indices(sres.data(), n, ssCodes.data(), kOtherCode);
-  calc_struct_scores(sres.data(), n, structPen.data(), scoring.midPen, scoring.endPen, 1);
-}
 
 void fill_scores(PairWorkspace& ws, const ScoreTable& table, bool add, int rows, int cols,
                  const std::vector<std::int32_t>& rowCodes, const std::vector<std::int32_t>& colCodes) {
@@ -77,23 +58,21 @@ void record_pair(const SeqRecord& A, const SeqRecord& B, const std::vector<char>
   }
 }
 
-void align_one_pair(PairWorkspace& ws, const SeqRecord& A, const SeqRecord& B, const PairScoring& scoring,
-                    bool keepMaps, PairMap& pair) {
+void align_one_pair(PairWorkspace& ws, const SeqRecord& A, const SeqCodes& a, const SeqRecord& B, const SeqCodes& b,
+                    const PairScoring& scoring, bool keepMaps, PairMap& pair) {
   const int rows = A.numRes, cols = B.numRes;
   const std::size_t cells = static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols);
   if (ws.scores.size() < cells) ws.scores.resize(cells);
-  sequence_arrays(A, scoring, ws.rowCodes, ws.rowSs, ws.rowStruct);
-  sequence_arrays(B, scoring, ws.colCodes, ws.colSs, ws.colStruct);
-  fill_scores(ws, *scoring.wtTable, false, rows, cols, ws.rowCodes, ws.colCodes);
-  if (A.hasSRes == 1 && B.hasSRes == 1) fill_scores(ws, *scoring.ssTable, true, rows, cols, ws.rowSs, ws.colSs);
+  fill_scores(ws, *scoring.wtTable, false, rows, cols, a.res, b.res);
+  if (a.hasSs && b.hasSs) fill_scores(ws, *scoring.ssTable, true, rows, cols, a.ss, b.ss);
   ws.zeros.assign(static_cast<std::size_t>(std::max(rows, cols)), 0);
   const std::size_t room = static_cast<std::size_t>(rows) + static_cast<std::size_t>(cols) + 1;
   ws.first.assign(room, '\0');
   ws.second.assign(room, '\0');
   int len = 0;
   const AlignStatus status = align_profile_step(
-      ws.step, active_kernel(), ws.scores.data(), rows, cols, ws.rowStruct.data(), ws.colStruct.data(), ws.zeros.data(),
-      ws.zeros.data(), scoring.gapPen, scoring.gapSizePen, ws.first, ws.second, rows + cols, len);
+      ws.step, active_kernel(), ws.scores.data(), rows, cols, a.structPen.data(), b.structPen.data(), ws.zeros.data(),
+      ws.zeros.data(), scoring.gapOpen, scoring.gapLength, ws.first, ws.second, rows + cols, len);
   if (align_failed(status)) report_align_fault(status);
   record_pair(A, B, ws.first, ws.second, len, keepMaps, pair);
 }
@@ -111,8 +90,8 @@ const std::int32_t* pair_partners(const PairLibrary& library, int a, int b) {
   return a > b ? pair.iToJ.data() : pair.jToI.data();
 }
 
-PairLibrary build_pair_library(std::span<const SeqRecord> seqs, const PairScoring& scoring, bool keepMaps, int threads,
-                               const PairDone& progress) {
+PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
+                               const PairScoring& scoring, bool keepMaps, int threads, const PairDone& progress) {
   PairLibrary library;
   library.n = static_cast<int>(seqs.size());
   library.keepsMaps = keepMaps;
@@ -132,8 +111,8 @@ PairLibrary build_pair_library(std::span<const SeqRecord> seqs, const PairScorin
     for (std::size_t k = next++; k < total; k = next++) {
       try {
         const auto [i, j] = order[k];
-        align_one_pair(ws, seqs[static_cast<std::size_t>(i)], seqs[static_cast<std::size_t>(j)], scoring, keepMaps,
-                       library.pairs[k]);
+        const auto si = static_cast<std::size_t>(i), sj = static_cast<std::size_t>(j);
+        align_one_pair(ws, seqs[si], codes[si], seqs[sj], codes[sj], scoring, keepMaps, library.pairs[k]);
       } catch (...) {
         const std::lock_guard<std::mutex> hold(errorLock);
         if (!firstError) firstError = std::current_exception();

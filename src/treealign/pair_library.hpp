@@ -12,12 +12,14 @@
 #include "malign/pair_stage.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
+#include "treealign/seq_codes.hpp"
 
-// The scores of one pairwise alignment (tables borrowed; penalties in table units).
+// The scores of one pairwise alignment (tables borrowed; penalties in table
+// units; the structure penalties come with each sequence's codes).
 struct PairScoring {
   const ScoreTable* wtTable;
   const ScoreTable* ssTable;
-  int gapPen, gapSizePen, midPen, endPen;
+  int gapOpen, gapLength;
 };
 
 // One aligned pair (i, j), i > j.
@@ -46,8 +48,9 @@ int pair_identity(const PairLibrary& library, int a, int b);
 // when the maps were not kept.
 const std::int32_t* pair_partners(const PairLibrary& library, int a, int b);
 
-// In: the sequences, the scores, whether to keep the residue maps, workers.
+// In: the sequences and their codes, the scores, whether to keep the residue
+// maps, workers.
 // Out: every pair aligned; progress(done, total) called on the calling thread.
 // Exhausted memory is raised as RunFailure.
-PairLibrary build_pair_library(std::span<const SeqRecord> seqs, const PairScoring& scoring, bool keepMaps, int threads,
-                               const PairDone& progress);
+PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
+                               const PairScoring& scoring, bool keepMaps, int threads, const PairDone& progress);

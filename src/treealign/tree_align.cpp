@@ -145,24 +145,24 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   const int n = static_cast<int>(seqs.size());
   const ScoreTable table = prepared_residue_table(settings);
   if (progress.stageStarted) progress.stageStarted(TreeStage::kPairs);
-  const PairScoring pairScoring{
-      &table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen, settings.midStructPen, settings.endStructPen};
+  std::vector<SeqCodes> codes;
+  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
+  const PairScoring pairScoring{&table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen};
   // The residue maps take about 4 bytes per residue per other sequence; the
   // tree alone needs only the identities, so beyond the size where the maps
   // stay small it keeps none (and gives neither refinement nor confidence).
   const bool keepMaps = options.mode == TreeMode::kConsistency || n <= kTreeMapsMostSeqs;
-  const PairLibrary library = build_pair_library(seqs, pairScoring, keepMaps, options.threads, progress.pairDone);
+  const PairLibrary library =
+      build_pair_library(seqs, codes, pairScoring, keepMaps, options.threads, progress.pairDone);
   const GuideTree tree = upgma_tree(n, pair_distances(library));
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
-  std::vector<SeqCodes> codes;
-  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
   const std::vector<std::int64_t> weights = tree_weights(tree);
   JoinContext context{codes, weights, &library, {}, {}};
   context.scoring.wtTable = table;
   context.scoring.ssTable = settings.ssMatrix;
-  context.scoring.gapPen = options.gapPen >= 0 ? options.gapPen : settings.gapPen;
-  context.scoring.gapSizePen = options.gapSizePen >= 0 ? options.gapSizePen : settings.gapSizePen;
+  context.scoring.gapOpen = settings.gapPen;
+  context.scoring.gapLength = settings.gapSizePen;
   context.scoring.tableWeight = options.tableWeight;
   if (options.mode == TreeMode::kConsistency) {
     context.scoring.libraryWeight = options.libraryWeight;

@@ -26,7 +26,6 @@ struct TreeAlignOptions {
   int maxThirds = 60;    // sequences the library is extended through, at most
   double tableWeight = 1.0;
   double libraryWeight = 40.0;
-  int gapPen = -1, gapSizePen = -1;  // for the joins; -1: the settings' own
 };
 
 enum class TreeStage { kPairs, kJoins, kRefine };
