@@ -1,0 +1,59 @@
+// What users do with ravlin-align and the files they have, one row each:
+// the real binary in a temporary directory, its status, what it prints and,
+// where another tool reads what it writes, that tool's verdict.
+#include <map>
+#include <string>
+#include <vector>
+
+#include "support/test_support.hpp"
+
+namespace {
+
+using ::testing::HasSubstr;
+using testsupport::RunResult;
+using testsupport::shell_quote;
+using testsupport::TempDir;
+
+struct UserRow {
+  const char* what;
+  std::map<std::string, std::string> files;  // written into the run's directory
+  std::string args;                          // ravlin-align's arguments
+  int status;
+  std::string out;         // standard output, exactly; "*" for anything
+  std::string err;         // a part of standard error ("" for none at all)
+  std::string readBack{};  // a shell command run afterwards that must succeed
+};
+
+std::string bin() { return shell_quote(RAVLIN_ALIGN_BIN); }
+
+void check_row(const UserRow& row) {
+  SCOPED_TRACE(row.what);
+  const TempDir dir;
+  for (const auto& [name, text] : row.files) dir.write(name, text);
+  const RunResult run = testsupport::run_command(bin() + " " + row.args + " 2>stderr.txt", "", dir.path());
+  const std::string err = dir.read("stderr.txt");
+  EXPECT_EQ(run.status, row.status) << err;
+  if (row.out != "*") EXPECT_EQ(run.out, row.out);
+  if (row.err.empty())
+    EXPECT_EQ(err, "");
+  else
+    EXPECT_THAT(err, HasSubstr(row.err));
+  if (!row.readBack.empty()) {
+    const RunResult check = testsupport::run_command(row.readBack, "", dir.path());
+    EXPECT_EQ(check.status, 0) << row.readBack << "\n" << check.out;
+  }
+}
+
+TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
+  const std::vector<UserRow> rows = {
+      {"a plain FASTA family",
+       {{"in.fa", ">a\nACDEFGHIKLMN\n>b\nACDEFHIKLMN\n>c\nCDEFGHIKLMNP\n"}},
+       "-q in.fa",
+       0,
+       "*",
+       ""},
+  };
+  for (const UserRow& row : rows) check_row(row);
+}
+
+}  // namespace
