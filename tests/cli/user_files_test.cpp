@@ -33,7 +33,9 @@ void check_row(const UserRow& row) {
   const RunResult run = testsupport::run_command(bin() + " " + row.args + " 2>stderr.txt", "", dir.path());
   const std::string err = dir.read("stderr.txt");
   EXPECT_EQ(run.status, row.status) << err;
-  if (row.out != "*") EXPECT_EQ(run.out, row.out);
+  if (row.out != "*") {
+    EXPECT_EQ(run.out, row.out);
+  }
   if (row.err.empty())
     EXPECT_EQ(err, "");
   else
@@ -52,6 +54,21 @@ TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
        0,
        "*",
        ""},
+      // The README's install step, then its commands with the installed programs and files.
+      {"installed with cmake --install under a prefix of the user's choice",
+       {},
+       "--version",
+       0,
+       "*",
+       "",
+       "cmake --install " + shell_quote(RAVLIN_BUILD_DIR) +
+           " --prefix p >/dev/null && test -f p/share/man/man1/ravlin-align.1 && "
+           "test -f p/share/man/man1/ravlin.1 && p/bin/ravlin-align -q -f clustal -s "
+           "p/share/ravlin/examples/gluts.ss.fa "
+           "p/share/ravlin/examples/gluts.fa | grep -q '^CLUSTAL' && cd p/share/ravlin/data && "
+           "../../../bin/ravlin-batch "
+           "ravlin.parms ../../../../gluts.report >/dev/null && grep -q 'S-transferase, PDB 1hna' "
+           "../../../../gluts.report"},
   };
   for (const UserRow& row : rows) check_row(row);
 }
