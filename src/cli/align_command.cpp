@@ -313,8 +313,71 @@ void run_tree_mode(RunMode mode, const RunSettings& settings, const RunInput& ru
   confidence = std::move(aligned.confidence);
 }
 
+// ---- adding to alignments ----
+
+// The sequences of --to/--add or of the two --profile files, one after the
+// other, and the parts whose alignment is kept: the given alignments' rows,
+// and each added sequence alone.
+struct GivenParts {
+  std::vector<std::vector<int>> seqs;
+  std::vector<std::vector<std::string>> rows;
+};
+
+void check_alignment_rows(const InputSeqs& read, const std::string& file) {
+  for (std::size_t k = 1; k < read.aligned.size(); ++k)
+    if (read.aligned[k].size() != read.aligned[0].size())
+      fail(file + " is not an alignment: the row of " + read.ids[k] + " has " + std::to_string(read.aligned[k].size()) +
+           " columns and that of " + read.ids[0] + " " + std::to_string(read.aligned[0].size()) +
+           "; give aligned FASTA, Stockholm or Clustal with rows of one width");
+}
+
+void add_part(GivenParts& parts, const InputSeqs& input, std::size_t from, std::size_t to) {
+  std::vector<int>& seqs = parts.seqs.emplace_back();
+  std::vector<std::string>& rows = parts.rows.emplace_back();
+  for (std::size_t k = from; k < to; ++k) {
+    seqs.push_back(static_cast<int>(k));
+    rows.push_back(input.aligned[k]);
+  }
+}
+
+GivenParts read_given_alignments(const AlignOptions& options, InputSeqs& input, const ProgressState& progress) {
+  const bool adding = !options.toFile.empty();
+  const std::vector<std::string> files =
+      adding ? std::vector<std::string>{options.toFile, options.addFile} : options.profileFiles;
+  GivenParts parts;
+  std::string error;
+  for (std::size_t f = 0; f < files.size(); ++f) {
+    InputSeqs read;
+    if (!read_input_seqs(files[f], options.inFormat, false, read, error)) fail(error);
+    if (!read.note.empty()) note(progress, read.note);
+    const bool kept = !adding || f == 0;
+    if (kept) check_alignment_rows(read, files[f]);
+    // An added sequence is placed on its own: its gaps, if any, are dropped.
+    if (!kept) read.aligned = read.residues;
+    const std::size_t from = input.ids.size();
+    if (f == 0)
+      input = std::move(read);
+    else if (!append_input_seqs(input, std::move(read), files[0], files[f], error))
+      fail(error);
+    if (kept) {
+      add_part(parts, input, from, input.ids.size());
+      continue;
+    }
+    for (std::size_t k = from; k < input.ids.size(); ++k) add_part(parts, input, k, k + 1);
+  }
+  const std::size_t first = parts.seqs[0].size();
+  note(progress, adding
+                     ? "adding the " + std::to_string(input.ids.size() - first) + " sequences of " + options.addFile +
+                           " one by one to the alignment of " + std::to_string(first) + " in " + options.toFile
+                     : "joining the alignments of " + std::to_string(first) + " sequences in " + files[0] + " and " +
+                           std::to_string(parts.seqs[1].size()) + " in " + files[1]);
+  return parts;
+}
+
 std::vector<std::string> files_read(const AlignOptions& options) {
-  std::vector<std::string> files = {options.input, options.paramsFile, options.weightsFile, options.anchorsFile};
+  std::vector<std::string> files = {options.input,       options.paramsFile, options.weightsFile,
+                                    options.anchorsFile, options.addFile,    options.toFile};
+  files.insert(files.end(), options.profileFiles.begin(), options.profileFiles.end());
   for (const std::string& source : options.ssFiles) {
     StructSource parsed;
     std::string ignored;
@@ -352,12 +415,30 @@ int run_align_command(int argc, char** argv) {
   if (!open_output(options.output, options.force, files_read(options), target, error)) fail(error);
 
   InputSeqs input;
-  if (!read_input_seqs(options.input, options.inFormat, designed_wanted(options), input, error)) fail(error);
-  if (!input.note.empty()) note(progress, input.note);
+  const bool given = !options.toFile.empty() || !options.profileFiles.empty();
+  GivenParts parts;
+  if (given) {
+    parts = read_given_alignments(options, input, progress);
+  } else {
+    if (!read_input_seqs(options.input, options.inFormat, designed_wanted(options), input, error)) fail(error);
+    if (!input.note.empty()) note(progress, input.note);
+  }
   add_structures(options, input);
   add_anchors(options, input);
   const RunSettings settings = read_settings(options, input.records, progress);
   RunInput run{std::move(input.records), seq_select(options.order, input)};
+  if (given) {
+    RunResult result;
+    TreeAlignResult joined;
+    start_stage(progress, "joins");
+    fail_on(join_given_alignments(settings, run.seqs, parts.seqs, parts.rows, joined), "");
+    end_stage(progress);
+    result.alignment = std::move(joined.alignment);
+    result.alignOrder = std::move(joined.order);
+    write_result(options, settings, run, result, "", target.stream);
+    if (!commit_output(target, error)) fail(error);
+    return 0;
+  }
   const RunMode mode = chosen_mode(options, static_cast<int>(run.seqs.size()), progress);
   if (mode != RunMode::kDesigned) {
     RunResult result;

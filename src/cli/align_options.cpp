@@ -155,6 +155,12 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
     options.paramsFile = value;
   } else if (name == "--weights") {
     options.weightsFile = value;
+  } else if (name == "--add") {
+    options.addFile = value;
+  } else if (name == "--to") {
+    options.toFile = value;
+  } else if (name == "--profile") {
+    options.profileFiles.push_back(value);
   } else if (name == "--ss") {
     options.ssFiles.push_back(value);
   } else if (name == "--anchors") {
@@ -188,8 +194,28 @@ struct ValueOption {
 constexpr ValueOption kValueOptions[] = {
     {"-o", "--output"}, {"-f", "--outfmt"}, {"", "--informat"}, {"", "--order"},   {"", "--output-order"},
     {"", "--params"},   {"", "--weights"},  {"-s", "--ss"},     {"", "--anchors"}, {"-t", "--threads"},
-    {"", "--width"},    {"", "--colour"},   {"", "--color"},    {"", "--mode"},
+    {"", "--width"},    {"", "--colour"},   {"", "--color"},    {"", "--mode"},    {"", "--add"},
+    {"", "--to"},       {"", "--profile"},
 };
+
+// Adding to an alignment and joining two take the place of INPUT and keep
+// the given columns, so nothing that builds a new alignment goes with them.
+std::string fixed_alignment_misuse(const AlignOptions& options, bool inputSeen) {
+  const bool adding = !options.addFile.empty() || !options.toFile.empty();
+  const bool joining = !options.profileFiles.empty();
+  if (!adding && !joining) return "";
+  if (adding && joining) return "--add/--to and --profile do not go together";
+  if (adding && (options.addFile.empty() || options.toFile.empty()))
+    return "--add NEW needs --to ALIGNED, the alignment to add to (and --to needs --add)";
+  if (joining && options.profileFiles.size() != 2)
+    return "--profile joins two alignments: give --profile A --profile B";
+  const std::string what = adding ? "--add" : "--profile";
+  if (inputSeen) return what + " takes the place of INPUT; give no INPUT file";
+  if (options.mode != RunMode::kAuto) return what + " keeps the given alignment; --mode does not apply";
+  if (options.outFormat == OutFormat::kReport || options.orderGiven)
+    return what + " keeps the given alignment; -f report and --order are for the designed strategy";
+  return "";
+}
 
 }  // namespace
 
@@ -230,7 +256,9 @@ ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, st
     options.input = arg;
     inputSeen = true;
   }
-  if (!inputSeen) {
+  error = fixed_alignment_misuse(options, inputSeen);
+  if (!error.empty()) return ParseResult::kUsageError;
+  if (!inputSeen && options.addFile.empty() && options.profileFiles.empty()) {
     error = "no input file given";
     return ParseResult::kUsageError;
   }
@@ -248,6 +276,8 @@ ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, st
 
 std::string align_help_text() {
   return "usage: ravlin-align [options] INPUT\n"
+         "       ravlin-align [options] --add NEW --to ALIGNED\n"
+         "       ravlin-align [options] --profile A --profile B\n"
          "\n"
          "Aligns the protein sequences of INPUT (a file, or - for standard input) and writes\n"
          "the alignment. INPUT may be FASTA (plain or aligned), Stockholm, PIR, Molvane or\n"
@@ -264,6 +294,12 @@ std::string align_help_text() {
          "      --output-order O   input (default) or aligned: the order of the rows\n"
          "      --width N          html and svg: columns a block, 10 to 3500 (default 60)\n"
          "      --colour SCHEME    html and svg: clustal (default), zappo, hydrophobicity or none\n"
+         "\n"
+         "Adding to alignments (their columns kept as they are; new columns only where\n"
+         "the added sequences need them):\n"
+         "      --add NEW          sequences to place, one by one, into the alignment --to gives\n"
+         "      --to ALIGNED       the alignment (aligned FASTA, Stockholm or Clustal)\n"
+         "      --profile A        twice: the alignments A and B joined, A's rows first\n"
          "\n"
          "Structure and anchors:\n"
          "  -s, --ss SOURCE        secondary structure for some or all sequences: FILE, ID=FILE\n"

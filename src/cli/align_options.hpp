@@ -13,10 +13,13 @@ enum class OutFormat { kFasta, kClustal, kStockholm, kReport, kMolvane, kHtml, k
 enum class RunMode { kAuto, kConsistency, kTree, kDesigned };
 
 struct AlignOptions {
-  std::string input;     // a file, or "-" for standard input
-  std::string inFormat;  // empty: recognised from the content
-  std::string output;    // empty: standard output
-  bool force = false;    // replace an existing output file
+  std::string input;                      // a file, or "-" for standard input
+  std::string addFile;                    // --add: sequences to place into the alignment of toFile
+  std::string toFile;                     // --to: an alignment kept as it is
+  std::vector<std::string> profileFiles;  // --profile twice: two alignments joined, each kept as it is
+  std::string inFormat;                   // empty: recognised from the content
+  std::string output;                     // empty: standard output
+  bool force = false;                     // replace an existing output file
   OutFormat outFormat = OutFormat::kFasta;
   std::string order = "computed";    // computed, input, or a sequence's id
   bool alignedOutputOrder = false;   // rows in the alignment's order

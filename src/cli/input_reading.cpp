@@ -288,6 +288,7 @@ bool read_input_seqs(const std::string& path, const std::string& format, bool de
 
   std::vector<SeqRecord> records;
   std::vector<int> lines;
+  std::vector<std::string> aligned;
   // ravlin's own entry formats are read by the designed readers, within their limits.
   bool limited = designedLimits;
   if (input.format == "fasta" || input.format == "stockholm" || input.format == "pir-fasta") {
@@ -296,6 +297,7 @@ bool read_input_seqs(const std::string& path, const std::string& format, bool de
     for (const TextEntry& entry : entries) {
       records.push_back(record_of(entry));
       lines.push_back(entry.line);
+      aligned.push_back(entry.aligned);
     }
   } else {
     if (!read_entry_format(input.format, text, records, error, file)) return false;
@@ -308,11 +310,35 @@ bool read_input_seqs(const std::string& path, const std::string& format, bool de
     fill_missing_fields(record);
     input.ids.push_back(record.acc.value_or(""));
     input.residues.push_back(record.pRes);
+    input.aligned.push_back(k < aligned.size() ? aligned[k] : record.pRes);
     input.structure.push_back(record.hasSRes == 1 ? *record.sRes : std::string());
     // The report and the Molvane layout show ids of at most 12 characters.
     if (record.acc && record.header) record.acc = short_id(*record.acc, static_cast<int>(k) + 1);
     input.records.push_back(std::move(record));
   }
+  return true;
+}
+
+bool append_input_seqs(InputSeqs& input, InputSeqs&& more, const std::string& inputFile, const std::string& moreFile,
+                       std::string& error) {
+  const std::size_t before = input.ids.size();
+  for (std::size_t k = 0; k < more.ids.size(); ++k) {
+    if (std::find(input.ids.begin(), input.ids.begin() + static_cast<std::ptrdiff_t>(before), more.ids[k]) ==
+        input.ids.begin() + static_cast<std::ptrdiff_t>(before))
+      continue;
+    error = "the id " + more.ids[k] + " is in both " + where(inputFile) + " and " + where(moreFile) +
+            "; give every sequence its own id";
+    return false;
+  }
+  for (std::size_t k = 0; k < more.ids.size(); ++k) {
+    SeqRecord& record = more.records[k];
+    // The short form counts sequences through both files.
+    if (record.acc && record.header) record.acc = short_id(more.ids[k], static_cast<int>(before + k) + 1);
+    input.records.push_back(std::move(record));
+  }
+  for (std::vector<std::string> InputSeqs::*field :
+       {&InputSeqs::ids, &InputSeqs::residues, &InputSeqs::aligned, &InputSeqs::structure})
+    std::move((more.*field).begin(), (more.*field).end(), std::back_inserter(input.*field));
   return true;
 }
 

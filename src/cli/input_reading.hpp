@@ -13,6 +13,7 @@ struct InputSeqs {
   std::string note;                    // why, when the guess was close; empty otherwise
   std::vector<std::string> ids;        // the ids as the input gives them
   std::vector<std::string> residues;   // ungapped, upper case
+  std::vector<std::string> aligned;    // the rows as the file aligns them ('-' gaps); else the residues
   std::vector<std::string> structure;  // per sequence: states from the input itself, or empty
   std::vector<SeqRecord> records;      // the run's records, ids cut to the report's 12 characters
 };
@@ -23,6 +24,11 @@ struct InputSeqs {
 // 4,000 residues (else only the 3-residue minimum holds).
 bool read_input_seqs(const std::string& path, const std::string& format, bool designedLimits, InputSeqs& input,
                      std::string& error);
+
+// Adds the sequences of more (read from moreFile) after those of input
+// (from inputFile). False, with a message naming both files, when an id is in both.
+bool append_input_seqs(InputSeqs& input, InputSeqs&& more, const std::string& inputFile, const std::string& moreFile,
+                       std::string& error);
 
 // The id shown in the report and the Molvane layout for the n-th sequence
 // (from 1): the id itself when it has at most 12 characters and no other

@@ -40,7 +40,11 @@ void split_header(std::string_view header, TextEntry& entry) {
 // skipped, '*' only as the very end of the sequence (checked by the caller).
 bool add_residues(std::string_view line, int lineNo, TextEntry& entry, bool& ended, TextFault& fault) {
   for (const char ch : line) {
-    if (is_blank(ch) || is_gap(ch)) continue;
+    if (is_blank(ch)) continue;
+    if (is_gap(ch)) {
+      entry.aligned.push_back('-');
+      continue;
+    }
     if (ended)
       return (fault = fault_at(lineNo, "sequence " + entry.id + " continues after its end mark '*'; remove the '*'"),
               false);
@@ -53,6 +57,7 @@ bool add_residues(std::string_view line, int lineNo, TextEntry& entry, bool& end
                                            " is not a residue letter; protein sequences hold letters only"),
               false);
     entry.residues.push_back(static_cast<char>(std::toupper(static_cast<unsigned char>(ch))));
+    entry.aligned.push_back(entry.residues.back());
   }
   return true;
 }

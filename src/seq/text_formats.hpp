@@ -18,6 +18,7 @@ struct TextEntry {
   std::string description;  // the rest of the header, blanks around it removed
   std::string header;       // the whole header line as written, without '>' and line end
   std::string residues;     // upper case, gaps and a final '*' removed
+  std::string aligned;      // the residues with a '-' for every gap as written (blanks and '*' removed)
   std::string structure;    // Stockholm's #=GR SS, on the residues only; empty when absent
   int line = 0;             // the header's line, from 1
 };

@@ -191,6 +191,18 @@ Group single_group(int seq, int numRes) {
   return group;
 }
 
+Group group_of_rows(std::span<const int> seqs, std::span<const std::string> rows) {
+  Group group;
+  group.len = rows.empty() ? 0 : static_cast<int>(rows.front().size());
+  for (std::size_t k = 0; k < seqs.size(); ++k) {
+    group.members.push_back(seqs[k]);
+    std::vector<std::int32_t>& cols = group.cols.emplace_back();
+    for (std::size_t c = 0; c < rows[k].size(); ++c)
+      if (rows[k][c] != '-') cols.push_back(static_cast<std::int32_t>(c));
+  }
+  return group;
+}
+
 Group join_groups(const JoinContext& context, const Group& a, const Group& b) {
   const ColumnProfile pa = column_profile(context, a), pb = column_profile(context, b);
   const std::vector<std::int32_t> scores = join_scores(context, a, b, pa, pb);

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "matrix/weight_matrix.hpp"
@@ -42,6 +43,10 @@ struct JoinContext {
 
 // A group of one sequence.
 Group single_group(int seq, int numRes);
+
+// The alignment a file gives: seqs[k]'s residues in the columns of rows[k]
+// that are not '-'; every row is as wide as the first.
+Group group_of_rows(std::span<const int> seqs, std::span<const std::string> rows);
 
 // In: two groups of disjoint members. Out: one group holding both; a
 // kernel fault (exhausted memory) is raised.

@@ -140,13 +140,29 @@ void fill_result(const Group& alignment, std::span<const SeqRecord> seqs, const 
   result.order = rowOrder;
 }
 
+std::vector<SeqCodes> all_seq_codes(const RunSettings& settings, std::span<const SeqRecord> seqs) {
+  std::vector<SeqCodes> codes;
+  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
+  return codes;
+}
+
+// The joins' scores: the run's tables and gaps, without consistency.
+GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table, double tableWeight) {
+  GroupScoring scoring;
+  scoring.wtTable = table;
+  scoring.ssTable = settings.ssMatrix;
+  scoring.gapOpen = settings.gapPen;
+  scoring.gapLength = settings.gapSizePen;
+  scoring.tableWeight = tableWeight;
+  return scoring;
+}
+
 void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
                     TreeAlignResult& result, const TreeAlignProgress& progress) {
   const int n = static_cast<int>(seqs.size());
   const ScoreTable table = prepared_residue_table(settings);
   if (progress.stageStarted) progress.stageStarted(TreeStage::kPairs);
-  std::vector<SeqCodes> codes;
-  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
+  const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
   const PairScoring pairScoring{&table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen};
   // The residue maps take about 4 bytes per residue per other sequence; the
   // tree alone needs only the identities, so beyond the size where the maps
@@ -158,12 +174,7 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
   const std::vector<std::int64_t> weights = tree_weights(tree);
-  JoinContext context{codes, weights, &library, {}, {}};
-  context.scoring.wtTable = table;
-  context.scoring.ssTable = settings.ssMatrix;
-  context.scoring.gapOpen = settings.gapPen;
-  context.scoring.gapLength = settings.gapSizePen;
-  context.scoring.tableWeight = options.tableWeight;
+  JoinContext context{codes, weights, &library, {}, group_scoring(settings, table, options.tableWeight)};
   if (options.mode == TreeMode::kConsistency) {
     context.scoring.libraryWeight = options.libraryWeight;
     context.thirds = third_sequences(tree, n, options.maxThirds);
@@ -177,7 +188,32 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   if (library.keepsMaps) result.confidence = column_confidence(alignment, library);
 }
 
+void run_given_joins(const RunSettings& settings, std::span<const SeqRecord> seqs,
+                     const std::vector<std::vector<int>>& parts, const std::vector<std::vector<std::string>>& rows,
+                     TreeAlignResult& result) {
+  const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
+  const std::vector<std::int64_t> weights(seqs.size(), 1);
+  const JoinContext context{
+      codes, weights, nullptr, {}, group_scoring(settings, prepared_residue_table(settings), 1.0)};
+  Group alignment = group_of_rows(parts[0], rows[0]);
+  std::vector<int> rowOrder = parts[0];
+  for (std::size_t p = 1; p < parts.size(); ++p) {
+    alignment = join_groups(context, alignment, group_of_rows(parts[p], rows[p]));
+    rowOrder.insert(rowOrder.end(), parts[p].begin(), parts[p].end());
+  }
+  fill_result(alignment, seqs, rowOrder, result);
+}
+
 }  // namespace
+
+std::optional<Failure> join_given_alignments(const RunSettings& settings, std::span<const SeqRecord> seqs,
+                                             const std::vector<std::vector<int>>& parts,
+                                             const std::vector<std::vector<std::string>>& rows,
+                                             TreeAlignResult& result) {
+  result = TreeAlignResult();
+  if (parts.empty()) return std::nullopt;
+  return capture_failure("main", [&] { run_given_joins(settings, seqs, parts, rows, result); });
+}
 
 std::optional<Failure> tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs,
                                   const TreeAlignOptions& options, TreeAlignResult& result,

@@ -44,3 +44,14 @@ struct TreeAlignResult {
 std::optional<Failure> tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs,
                                   const TreeAlignOptions& options, TreeAlignResult& result,
                                   const TreeAlignProgress& progress);
+
+// Alignments kept as they are, joined: parts[0]'s sequences (indices into
+// seqs) in the columns of their rows, then each later part joined to what
+// came before as profiles, gaps added only as whole columns (every sequence
+// weighs the same; no consistency). rows[p][k] is the row of parts[p][k]
+// ('-' gaps), a part's rows all of one width; a sequence alone is a part of
+// one row. The result's rows are in the parts' order.
+std::optional<Failure> join_given_alignments(const RunSettings& settings, std::span<const SeqRecord> seqs,
+                                             const std::vector<std::vector<int>>& parts,
+                                             const std::vector<std::vector<std::string>>& rows,
+                                             TreeAlignResult& result);
