@@ -27,6 +27,8 @@ command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
 # workflow/Snakefile aligns a folder of families under the workflow engine
 # users already run; its test runs it.
 command -v snakemake >/dev/null 2>&1 || missing+=(snakemake)
+# EMBOSS's seqret reads the GCG MSF files ravlin-align writes, checksums included.
+command -v seqret >/dev/null 2>&1 || missing+=(emboss)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"

@@ -26,6 +26,20 @@ struct UserRow {
 
 std::string bin() { return shell_quote(RAVLIN_ALIGN_BIN); }
 
+// Biopython reading FILE as FORMAT (its name for it) against in.fa.
+std::string read_back(const std::string& file, const std::string& format) {
+  return "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/read_back.py").string()) + " " + file +
+         " " + format + " in.fa";
+}
+
+// Long ids, descriptions and more columns than one block of any format holds.
+const std::string kGlobins =
+    ">HBA_HUMAN_P69905 Hemoglobin subunit alpha\n"
+    "MVLSPADKTNVKAAWGKVGAHAGEYGAEALERMFLSFPTTKTYFPHFDLSHGSAQVKGHGKKVADALTNAVAHV\n"
+    ">HBB_HUMAN_P68871 Hemoglobin subunit beta\n"
+    "MVHLTPEEKSAVTALWGKVNVDEVGGEALGRLLVVYPWTQRFFESFGDLSTPDAVMGNPKVKAHGKKVLGAF\n"
+    ">MYG_HUMAN\nMGLSDGEWQLVLNVWGKVEADIPGHGQEVLIRLFKGHPETLEKFDKFKHLKSEDEMKASEDLKKHGATVLTALGG\n";
+
 void check_row(const UserRow& row) {
   SCOPED_TRACE(row.what);
   const TempDir dir;
@@ -33,7 +47,9 @@ void check_row(const UserRow& row) {
   const RunResult run = testsupport::run_command(bin() + " " + row.args + " 2>stderr.txt", "", dir.path());
   const std::string err = dir.read("stderr.txt");
   EXPECT_EQ(run.status, row.status) << err;
-  if (row.out != "*") EXPECT_EQ(run.out, row.out);
+  if (row.out != "*") {
+    EXPECT_EQ(run.out, row.out);
+  }
   if (row.err.empty())
     EXPECT_EQ(err, "");
   else
@@ -52,6 +68,41 @@ TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
        0,
        "*",
        ""},
+      {"7: typed --outfmt clu",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt clu -o out.aln in.fa",
+       0,
+       "",
+       "",
+       read_back("out.aln", "clustal")},
+      {"7: asked for MSF: GCG's checksums (EMBOSS's seqret writes the same)",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt msf -o out.msf in.fa",
+       0,
+       "",
+       "",
+       read_back("out.msf", "msf")},
+      {"7: asked for PHYLIP with ids longer than 10",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt phy -o out.phy in.fa",
+       0,
+       "",
+       "",
+       read_back("out.phy", "phylip-relaxed")},
+      {"7: asked for A2M",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt a2m -o out.a2m in.fa",
+       0,
+       "",
+       "",
+       read_back("out.a2m", "a2m")},
+      {"9: typed --outfmt st: the descriptions on #=GS DE lines",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt st -o out.sto in.fa",
+       0,
+       "",
+       "",
+       read_back("out.sto", "stockholm")},
   };
   for (const UserRow& row : rows) check_row(row);
 }
