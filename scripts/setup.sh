@@ -3,7 +3,8 @@
 # a C++20 compiler (g++, and clang++ for the second test build), CMake,
 # clang-format, GoogleTest, (optional) Google Benchmark, and mkdssp (Debian
 # package dssp), which the structure tests run on a shipped PDB entry,
-# Biopython, whose readers check ravlin-align's output, Chromium, in which
+# Biopython, whose readers check ravlin-align's output, EMBOSS, whose seqret
+# checks the checksums of its MSF files, Chromium, in which
 # the picture test opens ravlin-align's pages and drawings, Snakemake, which
 # runs the workflow that aligns many families, and libFuzzer (Debian package
 # libclang-rt-14-dev, only a recommendation of clang) for the reader
@@ -27,6 +28,8 @@ command -v mkdssp >/dev/null 2>&1 || missing+=(dssp)
 # workflow/Snakefile aligns a folder of families under the workflow engine
 # users already run; its test runs it.
 command -v snakemake >/dev/null 2>&1 || missing+=(snakemake)
+# EMBOSS's seqret reads the GCG MSF files ravlin-align writes, checksums included.
+command -v seqret >/dev/null 2>&1 || missing+=(emboss)
 
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"

@@ -249,6 +249,15 @@ void write_result(const AlignOptions& options, const RunSettings& settings, cons
     case OutFormat::kStockholm:
       write_stockholm_alignment(stream, view);
       break;
+    case OutFormat::kMsf:
+      write_msf_alignment(stream, view);
+      break;
+    case OutFormat::kPhylip:
+      write_phylip_alignment(stream, view);
+      break;
+    case OutFormat::kA2m:
+      write_a2m_alignment(stream, view);
+      break;
     case OutFormat::kMolvane:
       write_molvane_layout(stream, view);
       break;

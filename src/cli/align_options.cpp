@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "align/kernel_select.hpp"
 #include "report/picture_layout.hpp"
@@ -31,12 +32,25 @@ constexpr NamedFormat kFormats[] = {
     {"fasta", "fa", true, true, OutFormat::kFasta},
     {"clustal", "aln", false, true, OutFormat::kClustal},
     {"stockholm", "sto", true, true, OutFormat::kStockholm},
+    {"msf", "", false, true, OutFormat::kMsf},
+    {"phylip", "phy", false, true, OutFormat::kPhylip},
+    {"a2m", "", false, true, OutFormat::kA2m},
     {"report", "", false, true, OutFormat::kReport},
     {"text", "", true, false, OutFormat::kFasta},
     {"molvane", "", true, true, OutFormat::kMolvane},
     {"html", "", false, true, OutFormat::kHtml},
     {"svg", "", false, true, OutFormat::kSvg},
     {"pir", "", true, false, OutFormat::kFasta},
+};
+
+// More names --outfmt takes, as users of other aligners type them. Whole
+// names rather than any prefix, so that a name that works now keeps working
+// when a format is added.
+constexpr std::pair<std::string_view, std::string_view> kOutputAliases[] = {
+    {"fas", "fasta"},
+    {"clu", "clustal"},
+    {"st", "stockholm"},
+    {"gcg", "msf"},
 };
 
 // "(a, b, c)": the names of the formats read (or written).
@@ -48,9 +62,13 @@ std::string format_list(bool read) {
 }
 
 const NamedFormat* find_format(const std::string& wanted, bool read) {
+  std::string_view name = wanted;
+  if (!read)
+    for (const auto& [alias, aliased] : kOutputAliases)
+      if (wanted == alias) name = aliased;
   for (const NamedFormat& f : kFormats) {
     if (!(read ? f.read : f.written)) continue;
-    if (wanted == f.name || (!read && !f.shortName.empty() && wanted == f.shortName)) return &f;
+    if (name == f.name || (!read && !f.shortName.empty() && name == f.shortName)) return &f;
   }
   return nullptr;
 }
@@ -287,7 +305,8 @@ std::string align_help_text() {
          "  -o, --output FILE      write the alignment to FILE (default: standard output); it is\n"
          "                         put in place only when the run succeeds\n"
          "      --force            replace FILE if it exists\n"
-         "  -f, --outfmt FMT       fasta (fa, default), clustal (aln), stockholm (sto),\n"
+         "  -f, --outfmt FMT       fasta (fa, fas; default), clustal (clu, aln), stockholm (st,\n"
+         "                         sto), msf (gcg), phylip (phy: relaxed, a row a line), a2m,\n"
          "                         report (ravlin's report), molvane, or a picture: html (a page)\n"
          "                         or svg\n"
          "      --informat FMT     fasta, stockholm, text, molvane or pir: do not guess\n"

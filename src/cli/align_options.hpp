@@ -6,7 +6,7 @@
 
 #include "report/residue_colours.hpp"
 
-enum class OutFormat { kFasta, kClustal, kStockholm, kReport, kMolvane, kHtml, kSvg };
+enum class OutFormat { kFasta, kClustal, kStockholm, kMsf, kPhylip, kA2m, kReport, kMolvane, kHtml, kSvg };
 
 // How the alignment is built: auto picks consistency or tree by the input's
 // size; designed is the strategy of ravlin and ravlin-batch.

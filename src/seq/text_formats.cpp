@@ -129,6 +129,14 @@ bool read_stockholm_rows(std::string_view text, StockholmRows& rows, TextFault& 
     if (line.starts_with("//")) break;
     if (line.empty()) continue;
     const auto [name, rest] = first_word(line);
+    if (name == "#=GS") {
+      const auto [id, tagged] = first_word(rest);
+      const auto [tag, text] = first_word(tagged);
+      if (tag != "DE" || text.empty()) continue;
+      std::string& description = rows.descriptions[std::string(id)];
+      description += (description.empty() ? "" : " ") + std::string(text);
+      continue;
+    }
     if (name == "#=GR") {
       const auto [id, tagged] = first_word(rest);
       const auto [tag, states] = first_word(tagged);
@@ -213,7 +221,9 @@ bool read_stockholm_text(std::string_view text, std::vector<TextEntry>& entries,
     entries.emplace_back();
     TextEntry& entry = entries.back();
     entry.id = row.id;
-    entry.header = row.id;
+    const auto described = rows.descriptions.find(row.id);
+    if (described != rows.descriptions.end()) entry.description = described->second;
+    entry.header = row.id + (entry.description.empty() ? "" : " " + entry.description);
     entry.line = row.line;
     const StockholmRow* ss = rows.ss_row(row.id);
     if (ss != nullptr && ss->text.size() != row.text.size())

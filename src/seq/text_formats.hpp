@@ -64,10 +64,12 @@ struct StockholmRow {
 };
 
 // The rows of a Stockholm alignment up to its "//", each kind in the order
-// its names first appear: the sequences and the "#=GR ID SS" structure rows.
+// its names first appear: the sequences and the "#=GR ID SS" structure rows;
+// and the "#=GS ID DE" descriptions (the lines of one id joined by a blank).
 struct StockholmRows {
   std::vector<StockholmRow> seqs, ss;
   std::map<std::string, std::size_t> seqIndex, ssIndex;  // id to its place in seqs, ss
+  std::map<std::string, std::string> descriptions;
   // The row of that id, or null.
   const StockholmRow* seq_row(const std::string& id) const;
   const StockholmRow* ss_row(const std::string& id) const;

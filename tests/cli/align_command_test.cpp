@@ -63,8 +63,10 @@ TEST(AlignCommand, EveryInputFormatGivesTheSameAlignment) {
        ">SEQA first\nACDEFG\nHIKLMN\n\n>SEQB\nacdefhiklmn*\n>SEQC third one\nCDEFGHIKLMNP\n", "", kAligned},
       {"aligned FASTA with CRLF line ends",
        ">SEQA first\r\nACDEFGHIKLMN\r\n>SEQB\r\nACDEF-HIK.LMN\r\n>SEQC third one\r\nCDEFGHIKLMNP\r\n", "", kAligned},
-      {"Stockholm", "# STOCKHOLM 1.0\nSEQA ACDEFGHIKLMN\nSEQB ACDEF-HIKLMN\nSEQC CDEFGHIKLMNP\n//\n", "",
-       ">SEQA\nACDEFGHIKLMN-\n>SEQB\nACDEF-HIKLMN-\n>SEQC\n-CDEFGHIKLMNP\n"},
+      {"Stockholm, descriptions on #=GS DE lines",
+       "# STOCKHOLM 1.0\n#=GS SEQA DE first\n#=GS SEQC DE third\n#=GS SEQC DE one\nSEQA ACDEFGHIKLMN\nSEQB "
+       "ACDEF-HIKLMN\nSEQC CDEFGHIKLMNP\n//\n",
+       "", kAligned},
       {"PIR layout", ">P1;SEQA\nfirst\nACDEFGHIKLMN*\n>P1;SEQB\n\nACDEFHIKLMN*\n>P1;SEQC\nthird one\nCDEFGHIKLMNP*\n",
        "", kAligned},
       {"ravlin's text format, with a structure line", testsupport::read_golden("batch/seqs.txt"), "",
@@ -82,8 +84,16 @@ TEST(AlignCommand, EveryInputFormatGivesTheSameAlignment) {
       // Every residue pair of a column is one the pairwise alignments make (9), but P stands alone (0).
       {"Stockholm with the structure used and the columns' confidence", testsupport::read_golden("batch/seqs.txt"),
        "-f sto",
-       "# STOCKHOLM 1.0\nSEQA            ACDEFGHIKLMN-\n#=GR SEQA SS    CCHHHHHHCCCC.\nSEQB            ACDEF-HIKLMN-\n"
+       "# STOCKHOLM 1.0\n#=GS SEQA DE alpha protein\n#=GS SEQB DE beta protein\n#=GS SEQC DE gamma protein "
+       "[201-212]\nSEQA            ACDEFGHIKLMN-\n#=GR SEQA SS    CCHHHHHHCCCC.\nSEQB            ACDEF-HIKLMN-\n"
        "SEQC            -CDEFGHIKLMNP\n#=GC SS_cons    CCHHHHHHCCCC.\n#=GC confidence 9999999999990\n//\n"},
+      // The checksums are those EMBOSS's seqret and Clustal Omega write for these rows.
+      {"MSF", kAligned, "-f msf",
+       "!!AA_MULTIPLE_ALIGNMENT 1.0\n\n MSF: 13  Type: P  Check: 1510  ..\n\n Name: SEQA  Len: 13  Check: 7399  "
+       "Weight: 1.00\n Name: SEQB  Len: 13  Check: 7249  Weight: 1.00\n Name: SEQC  Len: 13  Check: 6862  Weight: "
+       "1.00\n\n//\n\n      1           13\nSEQA  ACDEFGHIKL MN~\nSEQB  ACDEF.HIKL MN~\nSEQC  ~CDEFGHIKL MNP\n"},
+      // The last column has a residue in one row of three: an insert column.
+      {"A2M", kAligned, "-f a2m", ">SEQA first\nACDEFGHIKLMN.\n>SEQB\nACDEF-HIKLMN.\n>SEQC third one\n-CDEFGHIKLMNp\n"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -106,7 +116,7 @@ TEST(AlignCommand, FailuresLeaveNothingBehind) {
       {"unknown option", good, "--frobnicate in.fa", 2, "unknown option --frobnicate"},
       {"bad thread count", good, "--threads 0 in.fa", 2, "--threads takes a whole number from 1 to 256"},
       {"unknown output format", good, "-f msa in.fa", 2,
-       "unknown output format 'msa' (fasta, clustal, stockholm, report, molvane, html, svg)"},
+       "unknown output format 'msa' (fasta, clustal, stockholm, msf, phylip, a2m, report, molvane, html, svg)"},
       {"a short name is for output only", good, "--informat sto in.fa", 2,
        "unknown input format 'sto' (fasta, stockholm, text, molvane, pir)"},
       {"residues before a header", "ACD\n>a\nACDEF\n", "--informat fasta in.fa", 1, "in.fa line 1: residues before"},
@@ -300,8 +310,9 @@ TEST(AlignCommand, HelpVersionAndStandardStreams) {
   EXPECT_THAT(piped.err, HasSubstr("ravlin-align: joins up the guide tree done"));
 }
 
-// Biopython's readers take each standard format back with the input's ids
-// and residues.
+// Biopython's readers take each standard format back with the input's ids,
+// residues and, where the format has them, descriptions (and EMBOSS agrees
+// with the MSF checksums).
 TEST(AlignCommand, BiopythonReadsEveryStandardFormat) {
   TempDir dir;
   if (testsupport::run_command("/usr/bin/python3 -c 'import Bio.AlignIO'", "", dir.path()).status != 0)
@@ -312,12 +323,18 @@ TEST(AlignCommand, BiopythonReadsEveryStandardFormat) {
       ">sp|P68871|HBB_HUMAN Hemoglobin beta\nMVHLTPEEKSAVTALWGKVNVDEVGGEALGRLLVVYPWTQRFFESFGDLSTPDAVMGNPKVKAHGKKVLGAF\n"
       ">myo\nMGLSDGEWQLVLNVWGKVEADIPGHGQEVLIRLFKGHPETLEKFDKFKHLKSEDEMKASEDLKKHGATVLTALGG\n";
   dir.write("in.fa", input);
-  for (const std::string format : {"fasta", "clustal", "stockholm"}) {
+  // Our name of each format, and Biopython's.
+  for (const auto& [format, biopython] : {std::pair{"fasta", "fasta"},
+                                          {"clustal", "clustal"},
+                                          {"stockholm", "stockholm"},
+                                          {"msf", "msf"},
+                                          {"phylip", "phylip-relaxed"},
+                                          {"a2m", "a2m"}}) {
     SCOPED_TRACE(format);
-    ASSERT_EQ(align(dir, "-q -f " + format + " -o out.aln --force in.fa").result.status, 0);
+    ASSERT_EQ(align(dir, std::string("-q -f ") + format + " -o out.aln --force in.fa").result.status, 0);
     const RunResult check = testsupport::run_command(
         "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/read_back.py").string()) + " out.aln " +
-            format + " in.fa",
+            biopython + " in.fa",
         "", dir.path());
     EXPECT_EQ(check.status, 0);
     EXPECT_EQ(check.out, "3 sequences read back with their ids and residues\n");

@@ -26,6 +26,20 @@ struct UserRow {
 
 std::string bin() { return shell_quote(RAVLIN_ALIGN_BIN); }
 
+// Biopython reading FILE as FORMAT (its name for it) against in.fa.
+std::string read_back(const std::string& file, const std::string& format) {
+  return "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/read_back.py").string()) + " " + file +
+         " " + format + " in.fa";
+}
+
+// Long ids, descriptions and more columns than one block of any format holds.
+const std::string kGlobins =
+    ">HBA_HUMAN_P69905 Hemoglobin subunit alpha\n"
+    "MVLSPADKTNVKAAWGKVGAHAGEYGAEALERMFLSFPTTKTYFPHFDLSHGSAQVKGHGKKVADALTNAVAHV\n"
+    ">HBB_HUMAN_P68871 Hemoglobin subunit beta\n"
+    "MVHLTPEEKSAVTALWGKVNVDEVGGEALGRLLVVYPWTQRFFESFGDLSTPDAVMGNPKVKAHGKKVLGAF\n"
+    ">MYG_HUMAN\nMGLSDGEWQLVLNVWGKVEADIPGHGQEVLIRLFKGHPETLEKFDKFKHLKSEDEMKASEDLKKHGATVLTALGG\n";
+
 void check_row(const UserRow& row) {
   SCOPED_TRACE(row.what);
   const TempDir dir;
@@ -54,35 +68,43 @@ TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
        0,
        "*",
        ""},
-      // The given columns stay: a and b keep theirs, c's W gets a new column, d none.
-      {"added two sequences to an alignment",
-       {{"to.fa", ">a\nACDEFGHIKL\n>b\nACDE-GHIKL\n"}, {"new.fa", ">c first added\nACDEWFGHIKL\n>d\nACDEFGHIKL\n"}},
-       "-q --add new.fa --to to.fa",
+      {"7: typed --outfmt clu",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt clu -o out.aln in.fa",
        0,
-       ">a\nACDE-FGHIKL\n>b\nACDE--GHIKL\n>c first added\nACDEWFGHIKL\n>d\nACDE-FGHIKL\n",
-       ""},
-      // Each side keeps its rows; d's W faces a new column in A, a's A a free end gap in B.
-      {"joined two alignments",
-       {{"A.fa", ">a\nACDEFGHIKLMNPQ\n>b\nACDE-GHIKLMNPQ\n"}, {"B.fa", ">c\nCDEFG-HIKLMNPQ\n>d\nCDEFGWHIKLMNPQ\n"}},
-       "-q --profile A.fa --profile B.fa",
+       "",
+       "",
+       read_back("out.aln", "clustal")},
+      {"7: asked for MSF: GCG's checksums (EMBOSS's seqret writes the same)",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt msf -o out.msf in.fa",
        0,
-       ">a\nACDEFG-HIKLMNPQ\n>b\nACDE-G-HIKLMNPQ\n>c\n-CDEFG-HIKLMNPQ\n>d\n-CDEFGWHIKLMNPQ\n",
-       ""},
-      {"added to a file whose rows differ in width",
-       {{"to.fa", ">a\nACDEFGHIKL\n>b\nACDEGHIKL\n"}, {"new.fa", ">c\nACDEFGHIKL\n"}},
-       "-q --add new.fa --to to.fa -o out.fa",
-       1,
        "",
-       "to.fa is not an alignment: the row of b has 9 columns and that of a 10",
-       "test ! -e out.fa"},
-      {"gave --add without --to",
-       {{"new.fa", ">c\nACDEFGHIKL\n"}},
-       "--add new.fa",
-       2,
        "",
-       "--add NEW needs --to ALIGNED"},
+       read_back("out.msf", "msf")},
+      {"7: asked for PHYLIP with ids longer than 10",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt phy -o out.phy in.fa",
+       0,
+       "",
+       "",
+       read_back("out.phy", "phylip-relaxed")},
+      {"7: asked for A2M",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt a2m -o out.a2m in.fa",
+       0,
+       "",
+       "",
+       read_back("out.a2m", "a2m")},
+      {"9: typed --outfmt st: the descriptions on #=GS DE lines",
+       {{"in.fa", kGlobins}},
+       "-q --outfmt st -o out.sto in.fa",
+       0,
+       "",
+       "",
+       read_back("out.sto", "stockholm")},
       // The README's install step, then its commands with the installed programs and files.
-      {"installed with cmake --install under a prefix of the user's choice",
+      {"13: installed with cmake --install under a prefix of the user's choice",
        {},
        "--version",
        0,
@@ -96,6 +118,33 @@ TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
            "../../../bin/ravlin-batch "
            "ravlin.parms ../../../../gluts.report >/dev/null && grep -q 'S-transferase, PDB 1hna' "
            "../../../../gluts.report"},
+      // The given columns stay: a and b keep theirs, c's W gets a new column, d none.
+      {"15: added two sequences to an alignment",
+       {{"to.fa", ">a\nACDEFGHIKL\n>b\nACDE-GHIKL\n"}, {"new.fa", ">c first added\nACDEWFGHIKL\n>d\nACDEFGHIKL\n"}},
+       "-q --add new.fa --to to.fa",
+       0,
+       ">a\nACDE-FGHIKL\n>b\nACDE--GHIKL\n>c first added\nACDEWFGHIKL\n>d\nACDE-FGHIKL\n",
+       ""},
+      // Each side keeps its rows; d's W faces a new column in A, a's A a free end gap in B.
+      {"15: joined two alignments",
+       {{"A.fa", ">a\nACDEFGHIKLMNPQ\n>b\nACDE-GHIKLMNPQ\n"}, {"B.fa", ">c\nCDEFG-HIKLMNPQ\n>d\nCDEFGWHIKLMNPQ\n"}},
+       "-q --profile A.fa --profile B.fa",
+       0,
+       ">a\nACDEFG-HIKLMNPQ\n>b\nACDE-G-HIKLMNPQ\n>c\n-CDEFG-HIKLMNPQ\n>d\n-CDEFGWHIKLMNPQ\n",
+       ""},
+      {"15: added to a file whose rows differ in width",
+       {{"to.fa", ">a\nACDEFGHIKL\n>b\nACDEGHIKL\n"}, {"new.fa", ">c\nACDEFGHIKL\n"}},
+       "-q --add new.fa --to to.fa -o out.fa",
+       1,
+       "",
+       "to.fa is not an alignment: the row of b has 9 columns and that of a 10",
+       "test ! -e out.fa"},
+      {"15: gave --add without --to",
+       {{"new.fa", ">c\nACDEFGHIKL\n"}},
+       "--add new.fa",
+       2,
+       "",
+       "--add NEW needs --to ALIGNED"},
   };
   for (const UserRow& row : rows) check_row(row);
 }

@@ -59,14 +59,21 @@ def count_columns(path, outfmt):
     """Columns of the written alignment, read back from its own format."""
     with open(path, errors="replace") as aligned:
         lines = aligned.read().splitlines()
-    if outfmt in ("fasta", "fa"):
+    outfmt = outfmt.lower()
+    if outfmt in ("phylip", "phy"):
+        return int(lines[0].split()[1]) if lines and len(lines[0].split()) == 2 else ""
+    if outfmt in ("msf", "gcg"):
+        header = [line.split() for line in lines if " MSF: " in line]
+        return int(header[0][header[0].index("MSF:") + 1]) if header else ""
+    # Every row of an A2M file spans every column, inserts in lower case.
+    if outfmt in ("fasta", "fa", "fas", "a2m"):
         first = []
         for line in lines[1:]:
             if line.startswith(">"):
                 break
             first.append(line.strip())
         return len("".join(first))
-    if outfmt in ("stockholm", "sto", "clustal", "aln"):
+    if outfmt in ("stockholm", "sto", "st", "clustal", "aln", "clu"):
         rows = [line.split() for line in lines[1:] if line.strip() and not line.startswith(("#", "//", " "))]
         if not rows:
             return ""
