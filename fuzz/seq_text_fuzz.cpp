@@ -1,4 +1,4 @@
-// The whole-text sequence parsers (FASTA, the ">P1;" PIR layout, Stockholm),
+// The whole-text sequence parsers (FASTA, the ">P1;" PIR layout, Stockholm, Clustal),
 // each given every input whatever it looks like. What they return must keep
 // their promises: a fault names a line of the text, an entry has residues
 // in upper case only and structure (when given) one state per residue.
@@ -30,7 +30,7 @@ void check(bool ok, const std::vector<TextEntry>& entries, const TextFault& faul
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text = fuzz::text_of(data, size);
   const std::size_t lines = split_lines(text).size();
-  for (const Parser parse : {read_fasta_text, read_pir_text, read_stockholm_text}) {
+  for (const Parser parse : {read_fasta_text, read_pir_text, read_stockholm_text, read_clustal_text}) {
     std::vector<TextEntry> entries;
     TextFault fault;
     const bool ok = parse(text, entries, fault);

@@ -30,7 +30,7 @@ struct NamedFormat {
 
 constexpr NamedFormat kFormats[] = {
     {"fasta", "fa", true, true, OutFormat::kFasta},
-    {"clustal", "aln", false, true, OutFormat::kClustal},
+    {"clustal", "aln", true, true, OutFormat::kClustal},
     {"stockholm", "sto", true, true, OutFormat::kStockholm},
     {"msf", "", false, true, OutFormat::kMsf},
     {"phylip", "phy", false, true, OutFormat::kPhylip},
@@ -235,6 +235,17 @@ std::string fixed_alignment_misuse(const AlignOptions& options, bool inputSeen) 
   return "";
 }
 
+// The input file, given by -i/--in or as the one word that is no option.
+bool take_input(const std::string& path, AlignOptions& options, bool& inputSeen, std::string& error) {
+  if (inputSeen) {
+    error = "more than one input file (" + options.input + ", " + path + ")";
+    return false;
+  }
+  options.input = path;
+  inputSeen = true;
+  return true;
+}
+
 }  // namespace
 
 ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, std::string& error) {
@@ -242,6 +253,11 @@ ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, st
   bool inputSeen = false;
   for (; reader.at < argc; ++reader.at) {
     const std::string arg = argv[reader.at];
+    std::string inputPath;
+    if (reader.value_of(arg, "-i", "--in", inputPath, error)) {
+      if (!error.empty() || !take_input(inputPath, options, inputSeen, error)) return ParseResult::kUsageError;
+      continue;
+    }
     if (arg == "-h" || arg == "--help") return ParseResult::kHelp;
     if (arg == "-V" || arg == "--version") return ParseResult::kVersion;
     if (arg == "-q" || arg == "--quiet") {
@@ -267,12 +283,7 @@ ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, st
       error = "unknown option " + arg;
       return ParseResult::kUsageError;
     }
-    if (inputSeen) {
-      error = "more than one input file (" + options.input + ", " + arg + ")";
-      return ParseResult::kUsageError;
-    }
-    options.input = arg;
-    inputSeen = true;
+    if (!take_input(arg, options, inputSeen, error)) return ParseResult::kUsageError;
   }
   error = fixed_alignment_misuse(options, inputSeen);
   if (!error.empty()) return ParseResult::kUsageError;
@@ -298,10 +309,11 @@ std::string align_help_text() {
          "       ravlin-align [options] --profile A --profile B\n"
          "\n"
          "Aligns the protein sequences of INPUT (a file, or - for standard input) and writes\n"
-         "the alignment. INPUT may be FASTA (plain or aligned), Stockholm, PIR, Molvane or\n"
-         "ravlin's text format; the format is recognised from the content.\n"
+         "the alignment. INPUT may be FASTA (plain or aligned), Stockholm, Clustal, PIR,\n"
+         "Molvane or ravlin's text format; the format is recognised from the content.\n"
          "\n"
          "Input and output:\n"
+         "  -i, --in FILE          the input file (instead of INPUT)\n"
          "  -o, --output FILE      write the alignment to FILE (default: standard output); it is\n"
          "                         put in place only when the run succeeds\n"
          "      --force            replace FILE if it exists\n"
@@ -309,7 +321,7 @@ std::string align_help_text() {
          "                         sto), msf (gcg), phylip (phy: relaxed, a row a line), a2m,\n"
          "                         report (ravlin's report), molvane, or a picture: html (a page)\n"
          "                         or svg\n"
-         "      --informat FMT     fasta, stockholm, text, molvane or pir: do not guess\n"
+         "      --informat FMT     fasta, clustal, stockholm, text, molvane or pir: do not guess\n"
          "      --output-order O   input (default) or aligned: the order of the rows\n"
          "      --width N          html and svg: columns a block, 10 to 3500 (default 60)\n"
          "      --colour SCHEME    html and svg: clustal (default), zappo, hydrophobicity or none\n"

@@ -4,6 +4,7 @@
 #include "cli/input_reading.hpp"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <iostream>
 #include <iterator>
@@ -25,6 +26,7 @@ constexpr std::size_t kIdKept = 8;    // characters a long id keeps before its n
 bool read_bytes(const std::string& path, std::string& text, std::string& error) {
   if (path != "-") return read_text_file(path, text, error);
   text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+  text = with_newlines(std::move(text));
   return true;
 }
 
@@ -116,10 +118,13 @@ std::string guess_format(std::string_view text, std::string& note) {
   for (const std::string_view line : lines) {
     if (blank_line(line)) continue;
     if (line.starts_with("# STOCKHOLM")) return "stockholm";
+    if (line.starts_with("CLUSTAL")) return "clustal";
     if (is_pir_header(line)) return "pir-fasta";
     if (line[0] == '>') {
       if (!preamble) return guess_fasta_or_text(lines, note);
-      note = "read as ravlin's text format: lines stand before the first '>' header";
+      note =
+          "read as ravlin's text format: lines stand before the first '>' header (--informat fasta reads it as "
+          "FASTA, skipping them)";
       return "text";
     }
     const std::string word = first_word(line);
@@ -130,13 +135,43 @@ std::string guess_format(std::string_view text, std::string& note) {
   return {};
 }
 
+// The lines before a FASTA file's first '>' header that hold more than
+// blanks: a title some files carry. Zero when there is no header at all.
+std::size_t title_lines(const std::vector<std::string_view>& lines) {
+  std::size_t first = 0;
+  while (first < lines.size() && !lines[first].starts_with('>')) ++first;
+  if (first == lines.size()) return 0;
+  for (std::size_t k = 0; k < first; ++k)
+    if (!blank_line(lines[k])) return first;
+  return 0;
+}
+
+// An explicit --informat fasta skips a title above the first header, which
+// the guess takes for ravlin's text format; skipped says how many lines.
+bool read_fasta_skipping_title(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault,
+                               std::size_t& skipped) {
+  const std::vector<std::string_view> lines = split_lines(text);
+  skipped = title_lines(lines);
+  const std::size_t offset = skipped == 0 ? 0 : static_cast<std::size_t>(lines[skipped].data() - text.data());
+  const bool ok = read_fasta_text(text.substr(offset), entries, fault);
+  const int shift = static_cast<int>(skipped);
+  for (TextEntry& entry : entries) entry.line += shift;
+  fault.line += shift;
+  return ok;
+}
+
 bool parse_whole_text(const std::string& format, std::string_view text, std::vector<TextEntry>& entries,
-                      std::string& error, const std::string& file) {
+                      std::string& error, const std::string& file, std::string& note) {
   TextFault fault;
-  const bool ok = format == "fasta"       ? read_fasta_text(text, entries, fault)
+  std::size_t skipped = 0;
+  const bool ok = format == "fasta"       ? read_fasta_skipping_title(text, entries, fault, skipped)
                   : format == "stockholm" ? read_stockholm_text(text, entries, fault)
+                  : format == "clustal"   ? read_clustal_text(text, entries, fault)
                                           : read_pir_text(text, entries, fault);
   if (!ok) error = file + " line " + std::to_string(fault.line) + ": " + fault.message;
+  if (skipped > 0)
+    note = "skipped " + (skipped == 1 ? std::string("line 1") : "lines 1 to " + std::to_string(skipped)) +
+           ", before the first '>' header, as a title";
   return ok;
 }
 
@@ -170,6 +205,14 @@ std::string rejection_text(int result) {
   return "holds a character that is not an upper-case residue letter";
 }
 
+// The line of the last character before pos that is not white space: where
+// an entry reader stood when it stopped.
+int line_read_last(std::string_view text, long pos) {
+  std::size_t end = pos < 0 ? 0 : std::min(static_cast<std::size_t>(pos), text.size());
+  while (end > 0 && std::isspace(static_cast<unsigned char>(text[end - 1]))) --end;
+  return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
+}
+
 bool read_entry_format(const std::string& format, std::string& text, std::vector<SeqRecord>& records,
                        std::string& error, const std::string& file) {
   std::FILE* stream = fmemopen(text.data(), text.size(), "r");
@@ -183,7 +226,7 @@ bool read_entry_format(const std::string& format, std::string& text, std::vector
   const SeqReading how{entry_format_code(format), kMinRes, kMaxRes, stderr,
                        [&](const Failure& warning) { print_warning(warning, file); }};
   if (std::optional<Failure> failure = mread_seq(input.get(), table, count, kMaxSeqs + 1, how, result)) {
-    error = failure_text(*failure, file);
+    error = failure_text(*failure, file + " line " + std::to_string(line_read_last(text, std::ftell(input.get()))));
     return false;
   }
   if (result == 0) {
@@ -260,6 +303,22 @@ bool check_records(const std::vector<SeqRecord>& records, const std::vector<int>
   return true;
 }
 
+// Nucleotide files read as proteins of a few letters; like the common
+// aligners, ravlin tells them by their letters: at least 90% of all residues
+// A, C, G, T, U or N (proteins hold about a quarter of those).
+bool looks_like_nucleotides(const std::vector<SeqRecord>& records, const std::string& file, std::string& error) {
+  long long nucleotides = 0, residues = 0;
+  for (const SeqRecord& record : records)
+    for (const char residue : std::string_view(record.pRes).substr(0, static_cast<std::size_t>(record.numRes))) {
+      ++residues;
+      nucleotides += std::string_view("ACGTUN").find(residue) != std::string_view::npos ? 1 : 0;
+    }
+  if (residues == 0 || nucleotides * 10 < residues * 9) return false;
+  error = file + " looks like DNA/RNA: " + std::to_string(nucleotides * 100 / residues) +
+          "% of its residues are A, C, G, T, U or N; ravlin aligns protein sequences (translate them first)";
+  return true;
+}
+
 }  // namespace
 
 bool read_input_seqs(const std::string& path, const std::string& format, bool designedLimits, InputSeqs& input,
@@ -274,13 +333,13 @@ bool read_input_seqs(const std::string& path, const std::string& format, bool de
   input.format = format.empty() ? guess_format(text, input.note) : format;
   if (input.format.empty()) {
     error = "cannot tell the format of " + file +
-            " (FASTA, Stockholm, PIR, Molvane or ravlin's text format); give it with --informat";
+            " (FASTA, Stockholm, Clustal, PIR, Molvane or ravlin's text format); give it with --informat";
     return false;
   }
   // PIR names two layouts: ENTRY records and ">P1;" entries.
   if (input.format == "pir") {
     for (const std::string_view line : split_lines(text)) {
-      if (blank_line(line)) continue;
+      if (blank_line(line) || is_pir_annotation(line)) continue;
       if (is_pir_header(line)) input.format = "pir-fasta";
       break;
     }
@@ -291,19 +350,27 @@ bool read_input_seqs(const std::string& path, const std::string& format, bool de
   std::vector<std::string> aligned;
   // ravlin's own entry formats are read by the designed readers, within their limits.
   bool limited = designedLimits;
-  if (input.format == "fasta" || input.format == "stockholm" || input.format == "pir-fasta") {
+  bool read = true;
+  if (input.format == "fasta" || input.format == "stockholm" || input.format == "clustal" ||
+      input.format == "pir-fasta") {
     std::vector<TextEntry> entries;
-    if (!parse_whole_text(input.format, text, entries, error, file)) return false;
+    read = parse_whole_text(input.format, text, entries, error, file, input.note);
     for (const TextEntry& entry : entries) {
       records.push_back(record_of(entry));
       lines.push_back(entry.line);
       aligned.push_back(entry.aligned);
     }
   } else {
-    if (!read_entry_format(input.format, text, records, error, file)) return false;
+    read = read_entry_format(input.format, text, records, error, file);
     limited = true;
   }
-  if (!check_records(records, lines, file, limited, error)) return false;
+  read = read && check_records(records, lines, file, limited, error);
+  // A guess that fails says how the file was read, and how else to read it.
+  if (!read && !input.note.empty()) {
+    if (error.ends_with('.')) error.pop_back();
+    error += "; " + input.note;
+  }
+  if (!read || looks_like_nucleotides(records, file, error)) return false;
 
   for (std::size_t k = 0; k < records.size(); ++k) {
     SeqRecord& record = records[k];

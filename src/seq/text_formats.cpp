@@ -1,4 +1,4 @@
-// Sections: the shared FASTA and Stockholm layouts first; then the three
+// Sections: the shared FASTA and Stockholm layouts first; then the four
 // sequence parsers; before them all, the line and residue rules they share.
 #include "seq/text_formats.hpp"
 
@@ -177,6 +177,8 @@ bool read_fasta_text(std::string_view text, std::vector<TextEntry>& entries, Tex
   return whole;
 }
 
+bool is_pir_annotation(std::string_view line) { return line.starts_with("C;") || line.starts_with("R;"); }
+
 bool read_pir_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault) {
   const std::vector<std::string_view> lines = split_lines(text);
   bool ended = true;
@@ -201,7 +203,7 @@ bool read_pir_text(std::string_view text, std::vector<TextEntry>& entries, TextF
       ended = false;
       continue;
     }
-    if (trimmed(line).empty()) continue;
+    if (trimmed(line).empty() || is_pir_annotation(line)) continue;
     if (entries.empty())
       return (fault = fault_at(lineNo, "residues before the first header; a PIR file starts with a '>P1;' line"),
               false);
@@ -234,6 +236,67 @@ bool read_stockholm_text(std::string_view text, std::vector<TextEntry>& entries,
     // The states of the residue columns: those add_residues kept.
     for (std::size_t c = 0; c < row.text.size(); ++c)
       if (!is_gap(row.text[c]) && !is_blank(row.text[c]) && row.text[c] != '*') entry.structure.push_back(ss->text[c]);
+  }
+  return true;
+}
+
+namespace {
+
+bool is_clustal_header(std::string_view line) {
+  return line.starts_with("CLUSTAL") || line.starts_with("MUSCLE") || line.starts_with("PROBCONS");
+}
+
+// A row's text without the residue count some writers put after it.
+std::string_view without_count(std::string_view row) {
+  const std::size_t blank = row.find_last_of(" \t");
+  if (blank == std::string_view::npos) return row;
+  const std::string_view last = row.substr(blank + 1);
+  if (last.find_first_not_of("0123456789") != std::string_view::npos) return row;
+  return trimmed(row.substr(0, blank));
+}
+
+std::size_t columns_of(std::string_view row) {
+  std::size_t columns = 0;
+  for (const char ch : row) columns += is_blank(ch) ? 0 : 1;
+  return columns;
+}
+
+}  // namespace
+
+bool read_clustal_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault) {
+  const std::vector<std::string_view> lines = split_lines(text);
+  std::vector<StockholmRow> rows;
+  std::map<std::string, std::size_t> index;
+  bool headed = false;
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    const int lineNo = static_cast<int>(k) + 1;
+    const std::string_view line = lines[k];
+    if (trimmed(line).empty()) continue;
+    if (!headed) {
+      if (!is_clustal_header(line))
+        return (fault = fault_at(lineNo, "a Clustal file starts with its header line, such as 'CLUSTAL W'"), false);
+      headed = true;
+      continue;
+    }
+    if (is_blank(line[0])) continue;  // a block's conservation line
+    const auto [name, rest] = first_word(trimmed(line));
+    if (rest.empty()) return (fault = fault_at(lineNo, "a Clustal line needs a name and its aligned residues"), false);
+    add_row(rows, index, name, without_count(rest), lineNo);
+  }
+  for (const StockholmRow& row : rows) {
+    const std::size_t columns = columns_of(row.text), first = columns_of(rows.front().text);
+    if (columns != first)
+      return (fault = fault_at(row.line, "the row of " + row.id + " has " + std::to_string(columns) +
+                                             " columns but that of " + rows.front().id + " has " +
+                                             std::to_string(first) + "; give every row all the blocks' columns"),
+              false);
+    entries.emplace_back();
+    TextEntry& entry = entries.back();
+    entry.id = row.id;
+    entry.header = row.id;
+    entry.line = row.line;
+    bool ended = false;
+    if (!add_residues(row.text, row.line, entry, ended, fault)) return false;
   }
   return true;
 }

@@ -1,5 +1,5 @@
 // Sequence files as other tools write them: FASTA (plain or aligned), the PIR
-// layout of ">P1;ID" entries, and Stockholm alignments. Each parser takes a
+// layout of ">P1;ID" entries, and Stockholm and Clustal alignments. Each parser takes a
 // whole file's text and returns its entries, or the first fault it finds
 // with the line it stands on. Nothing here ends the process.
 //
@@ -31,6 +31,13 @@ struct TextFault {
 bool read_fasta_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault);
 bool read_pir_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault);
 bool read_stockholm_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault);
+// Clustal: a "CLUSTAL" (or MUSCLE, PROBCONS) header line, then blocks of
+// "NAME ROW [COUNT]" lines; lines that start with a blank (the conservation
+// line) are skipped, and every row must have the same number of columns.
+bool read_clustal_text(std::string_view text, std::vector<TextEntry>& entries, TextFault& fault);
+// The comment ("C;") and reference ("R;") lines PIR files may carry, which
+// the PIR layout skips wherever they stand.
+bool is_pir_annotation(std::string_view line);
 
 // How a message shows a byte it rejects: 'c' when printable, else byte 0xNN.
 std::string shown_byte(char ch);

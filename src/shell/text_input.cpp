@@ -136,7 +136,22 @@ bool read_text_file(const std::string& path, std::string& text, std::string& err
   text = buffer.str();
   // Editors on some systems open a text file with a byte-order mark.
   if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);
+  text = with_newlines(std::move(text));
   return true;
+}
+
+std::string with_newlines(std::string text) {
+  if (text.find('\r') == std::string::npos) return text;
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t k = 0; k < text.size(); ++k) {
+    if (text[k] != '\r') {
+      out.push_back(text[k]);
+    } else if (k + 1 == text.size() || text[k + 1] != '\n') {
+      out.push_back('\n');
+    }
+  }
+  return out;
 }
 
 void show_prompt(std::FILE* stream, const char* text) { std::fprintf(stream, "%s%s", text, "\n>> "); }

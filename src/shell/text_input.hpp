@@ -55,8 +55,13 @@ void skip_line(std::FILE* stream, int maxChars);
 // file is lines[k - 1].
 std::vector<std::string_view> split_lines(std::string_view text);
 
-// Reads a whole file; false with a message naming it when it can't.
+// Reads a whole file, its line ends made newlines (see with_newlines);
+// false with a message naming it when it can't.
 bool read_text_file(const std::string& path, std::string& text, std::string& error);
+
+// text with every line end a newline: Windows' CR LF and the old Mac's lone
+// CR alike.
+std::string with_newlines(std::string text);
 
 // Writes text followed by the prompt marker "\n>> " that every terminal
 // question ends with.

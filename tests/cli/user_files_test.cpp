@@ -68,6 +68,58 @@ TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
        0,
        "*",
        ""},
+      {"2: a nucleotide FASTA",
+       {{"in.fa", ">a\nACGTACGTTAGCNACGGATC\n>b\nACGTACGATAGCTACGGAUC\n"}},
+       "-q in.fa",
+       1,
+       "",
+       "in.fa looks like DNA/RNA: 100% of its residues are A, C, G, T, U or N; ravlin aligns protein"},
+      {"5: a FASTA with a title line above its first '>'",
+       {{"in.fa", "Trypsins\n>trypsin_bovine\nIVGGYTCGANTVPYQVSLNSGYHF\n>chymo_bovine\nIVNGEEAVPGSWPWQVSLQDKTGFHF\n"}},
+       "-q in.fa",
+       1,
+       "",
+       "in.fa line 2: Sequence ID code too long at: trypsin_bovine; read as ravlin's text format: lines stand "
+       "before the first '>' header (--informat fasta reads it as FASTA",
+       bin() + " -q --informat fasta in.fa > out.fa && test \"$(grep -c '^>' out.fa)\" = 2"},
+      {"6: a HOMSTRAD / Modeller .ali (PIR with C; and R; lines)",
+       {{"in.ali",
+         "C; trypsin family\n\n>P1;1abc\nstructureX:1abc:1:A:24:A:trypsin:bovine:2.0:0.2\nIVGGYTCGANTVPYQVSLNSGYHF*\n"
+         "R;a reference\n>P1;2def\nsequence:2def::::::::\nIVGGYECGANSVPYQVSLNSGYHF*\nC; after its sequence\n"}},
+       "-q in.ali",
+       0,
+       ">1abc structureX:1abc:1:A:24:A:trypsin:bovine:2.0:0.2\nIVGGYTCGANTVPYQVSLNSGYHF\n"
+       ">2def sequence:2def::::::::\nIVGGYECGANSVPYQVSLNSGYHF\n",
+       ""},
+      {"7: -i names the input",
+       {{"in.fa", ">a\nIVGGYTCGANTVPYQVSLNSGYHF\n>b\nIVGGYECGANSVPYQVSLNSGYHF\n"}},
+       "-q -i in.fa",
+       0,
+       ">a\nIVGGYTCGANTVPYQVSLNSGYHF\n>b\nIVGGYECGANSVPYQVSLNSGYHF\n",
+       ""},
+      // ravlin's own Clustal, two blocks (the second with gaps and a blank
+      // conservation line), reads back to the same alignment and file.
+      {"8: a Clustal alignment, ravlin's own",
+       {{"in.aln",
+         "CLUSTAL multiple sequence alignment by ravlin-align 6.0\n\n\n"
+         "A      ACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWY\n"
+         "B      ACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWY\n"
+         "C      ACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWY\n"
+         "       ************************************************************\n\n"
+         "A      ACDEFGHIK\nB      ACDEFGHIK\nC      ---------\n                \n\n"}},
+       "-q in.aln",
+       0,
+       ">A\nACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWY\nACDEFGHIK\n"
+       ">B\nACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWY\nACDEFGHIK\n"
+       ">C\nACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWYACDEFGHIKLMNPQRSTVWY\n---------\n",
+       "",
+       bin() + " -q -f aln --informat clustal in.aln > again.aln && cmp in.aln again.aln"},
+      {"14: old Mac line ends (CR only)",
+       {{"in.fa", ">a\rIVGGYTCGANTVPYQVSLNSGYHF\r>b\rIVGGYECGANSVPYQVSLNSGYHF\r"}},
+       "-q in.fa",
+       0,
+       ">a\nIVGGYTCGANTVPYQVSLNSGYHF\n>b\nIVGGYECGANSVPYQVSLNSGYHF\n",
+       ""},
       {"7: typed --outfmt clu",
        {{"in.fa", kGlobins}},
        "-q --outfmt clu -o out.aln in.fa",
