@@ -18,9 +18,9 @@ void BM_PlaceStructure(benchmark::State& state) {
   for (std::size_t k = 0; k < n; ++k) sequence += kLetters[rng() % 20];
   const std::string residues = sequence.substr(n / 10, n * 4 / 10) + sequence.substr(n / 2 + n / 20, n * 4 / 10);
   const StructEntry entry{"s", residues, std::string(residues.size(), 'H'), "bench"};
-  std::string sRes, error;
+  std::string sRes, note, error;
   for (auto _ : state) {
-    if (!place_structure(entry, "s", sequence, sRes, error)) state.SkipWithError(error.c_str());
+    if (!place_structure(entry, "s", sequence, sRes, note, error)) state.SkipWithError(error.c_str());
     benchmark::DoNotOptimize(sRes.data());
   }
   state.counters["cells/s"] =

@@ -22,7 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       },
       ids, sequences);
   std::string error;
-  if (!assign_structures(entries, ids, sequences, sRes, error)) return 0;
+  StructureNotes told;
+  if (!assign_structures(entries, ids, sequences, sRes, told, error)) return 0;
   for (std::size_t k = 0; k < sRes.size(); ++k)
     if (sRes[k].size() != sequences[k].size()) std::abort();
   return 0;

@@ -111,6 +111,9 @@ void note(const ProgressState& progress, const std::string& text) {
   if (!progress.quiet) std::fprintf(stderr, "ravlin-align: %s\n", text.c_str());
 }
 
+// Shown even with --quiet: the run goes on, but not as the user may think.
+void warn(const std::string& text) { std::fprintf(stderr, "ravlin-align: warning: %s\n", text.c_str()); }
+
 // ---- settings ----
 
 // The shipped settings come in sets tuned for how much of the input carries
@@ -180,14 +183,17 @@ RunSettings read_settings(const AlignOptions& options, const std::vector<SeqReco
 
 bool has_state(const std::string& states) { return states.find_first_not_of('X') != std::string::npos; }
 
-void add_structures(const AlignOptions& options, InputSeqs& input) {
+void add_structures(const AlignOptions& options, InputSeqs& input, const ProgressState& progress) {
   if (options.ssFiles.empty()) return;
   std::vector<StructEntry> entries;
   std::string error;
   for (const std::string& source : options.ssFiles)
     if (!read_structure_source(source, entries, error)) fail(error);
   std::vector<std::string> sRes;
-  if (!assign_structures(entries, input.ids, input.residues, sRes, error)) fail(error);
+  StructureNotes told;
+  if (!assign_structures(entries, input.ids, input.residues, sRes, told, error)) fail(error);
+  if (!told.unused.empty()) warn(told.unused);
+  for (const std::string& text : told.notes) note(progress, text);
   for (std::size_t k = 0; k < sRes.size(); ++k) {
     if (!has_state(sRes[k])) continue;
     input.records[k].sRes = sRes[k];
@@ -432,7 +438,7 @@ int run_align_command(int argc, char** argv) {
     if (!read_input_seqs(options.input, options.inFormat, designed_wanted(options), input, error)) fail(error);
     if (!input.note.empty()) note(progress, input.note);
   }
-  add_structures(options, input);
+  add_structures(options, input, progress);
   add_anchors(options, input);
   const RunSettings settings = read_settings(options, input.records, progress);
   RunInput run{std::move(input.records), seq_select(options.order, input)};

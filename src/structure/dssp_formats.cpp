@@ -2,12 +2,15 @@
 // mmCIF. mmCIF from mkdssp carries either a per-residue summary table
 // (_dssp_struct_summary) or, by default in mkdssp 4.2, the states as ranges
 // (_struct_conf, _struct_sheet_range) over the chain's residues
-// (_pdbx_poly_seq_scheme); both are read, the summary first.
+// (_pdbx_poly_seq_scheme); both are read, the summary first. A residue has a
+// state only when the atom table (_atom_site) gives its whole backbone, as
+// DSSP requires: the residue table lists every residue of the chain.
 //
 // Sections: classic DSSP; mmCIF tokens; mmCIF tables; mmCIF chains.
 #include <cctype>
 #include <charconv>
 #include <map>
+#include <set>
 
 #include "structure/structure_formats.hpp"
 
@@ -26,6 +29,13 @@ std::string no_chain_message(const StructSource& source, const std::vector<std::
          "); name one of them as ID=FILE:CHAIN";
 }
 
+// A residue number as the file writes it, insertion code and all.
+std::string residue_number(std::string_view columns) {
+  const std::size_t first = columns.find_first_not_of(' ');
+  if (first == std::string_view::npos) return "";
+  return std::string(columns.substr(first, columns.find_last_not_of(' ') - first + 1));
+}
+
 void note_chain(std::vector<std::string>& chains, const std::string& chain) {
   for (const std::string& known : chains)
     if (known == chain) return;
@@ -36,7 +46,8 @@ void note_chain(std::vector<std::string>& chains, const std::string& chain) {
 
 // ---- classic DSSP ----
 
-// Residue lines follow the "  #  RESIDUE" header: chain in column 12, the
+// Residue lines follow the "  #  RESIDUE" header: the file's residue number
+// in columns 6-10 with its insertion code in 11, chain in column 12, the
 // one-letter residue in column 14 ('!' marks a break, lower case a bridged
 // cysteine), the state in column 17.
 bool read_ss_dssp(const StructSource& source, std::string_view text, std::vector<StructEntry>& out,
@@ -68,6 +79,7 @@ bool read_ss_dssp(const StructSource& source, std::string_view text, std::vector
     }
     entry.residues += std::islower(residue) ? 'C' : static_cast<char>(residue);
     entry.states += line[16];
+    entry.numbers.push_back(residue_number(line.substr(5, 6)));
   }
   if (entry.residues.empty()) {
     error = source.chain.empty() ? source.path + ": the DSSP file lists no residues; check the mkdssp run"
@@ -158,13 +170,22 @@ struct CifTable {
   }
 };
 
-const char* const kWantedTables[] = {"_pdbx_poly_seq_scheme", "_struct_conf", "_struct_sheet_range",
-                                     "_dssp_struct_summary"};
+const char* const kWantedTables[] = {
+    "_pdbx_poly_seq_scheme", "_struct_conf", "_struct_sheet_range", "_dssp_struct_summary",
+    "_struct_conf_type",     "_software",    "_atom_site"};
 
 bool is_wanted(std::string_view category) {
   for (const char* wanted : kWantedTables)
     if (category == wanted) return true;
   return false;
+}
+
+// Of the atoms, only what tells which residues have a backbone is kept: the
+// table is most of the file.
+bool keeps_field(std::string_view category, std::string_view field) {
+  if (category != "_atom_site") return true;
+  return field == "label_asym_id" || field == "label_seq_id" || field == "label_atom_id" ||
+         field == "pdbx_PDB_model_num";
 }
 
 bool is_tag(const CifToken& t) { return !t.quoted && !t.text.empty() && t.text[0] == '_'; }
@@ -198,14 +219,19 @@ bool read_cif_tables(const std::string& path, std::string_view text, std::map<st
       while ((more = next_token(s, token)) && is_tag(token)) tags.push_back(token.text);
       const std::string category(tags.empty() ? std::string_view{} : category_of(tags[0]));
       CifTable* table = is_wanted(category) ? &tables[category] : nullptr;
+      std::vector<bool> kept;
       if (table != nullptr) {
         *table = CifTable{};
         table->line = loopLine;
-        for (const std::string_view tag : tags) table->fields.push_back(field_of(tag));
+        for (const std::string_view tag : tags) {
+          kept.push_back(keeps_field(category, field_of(tag)));
+          if (kept.back()) table->fields.push_back(field_of(tag));
+        }
       }
-      for (; more && !ends_values(token); more = next_token(s, token))
-        if (table != nullptr) table->values.push_back(token.text);
-      if (table != nullptr && table->values.size() % table->fields.size() != 0) {
+      std::size_t count = 0;
+      for (; more && !ends_values(token); more = next_token(s, token), ++count)
+        if (table != nullptr && kept[count % kept.size()]) table->values.push_back(token.text);
+      if (table != nullptr && count % kept.size() != 0) {
         error =
             file_line(path, loopLine) + "the " + category + " loop does not fill its last row; the file looks damaged";
         return false;
@@ -217,7 +243,7 @@ bool read_cif_tables(const std::string& path, std::string_view text, std::map<st
         error = file_line(path, tagLine) + std::string(tag) + " has no value; the file looks damaged";
         return false;
       }
-      if (is_wanted(category_of(tag))) {
+      if (is_wanted(category_of(tag)) && keeps_field(category_of(tag), field_of(tag))) {
         CifTable& table = tables[std::string(category_of(tag))];
         table.line = tagLine;
         table.fields.push_back(field_of(tag));
@@ -238,7 +264,10 @@ struct CifResidue {
   int seq = 0;       // label_seq_id
   char letter = 'X';
   char state = '-';
+  std::string number;  // the file's own number (author numbering where given)
 };
+
+using ResidueKey = std::pair<std::string, int>;  // label chain and number
 
 bool to_int(std::string_view text, int& value) {
   const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -256,8 +285,66 @@ char conf_type_state(std::string_view type) {
   return 0;
 }
 
-// The chosen chain's residues, from the residue table when the file has one,
-// else from the summary. chainShown is the chain as a user names it.
+bool equal_ignoring_case(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t k = 0; k < a.size(); ++k)
+    if (std::tolower(static_cast<unsigned char>(a[k])) != std::tolower(static_cast<unsigned char>(b[k]))) return false;
+  return true;
+}
+
+bool any_row_is(const std::map<std::string, CifTable>& tables, const char* category, const char* field,
+                std::string_view value) {
+  const auto table = tables.find(category);
+  if (table == tables.end()) return false;
+  const int col = table->second.column(field);
+  for (std::size_t r = 0; col >= 0 && r < table->second.rows(); ++r)
+    if (equal_ignoring_case(table->second.at(r, col), value)) return true;
+  return false;
+}
+
+// mkdssp writes its summary, or names itself among the software and DSSP as
+// the criteria of its range types; a deposited file has only its authors'
+// helix and strand records.
+bool states_from_dssp(const std::map<std::string, CifTable>& tables) {
+  return tables.count("_dssp_struct_summary") > 0 || any_row_is(tables, "_software", "name", "dssp") ||
+         any_row_is(tables, "_struct_conf_type", "criteria", "dssp");
+}
+
+// Residues with every backbone atom DSSP needs (N, CA, C, O) in the first
+// model: DSSP gives no other residue a state, and classic DSSP leaves them
+// out. False when the file has no usable atom table.
+bool residues_with_backbone(const std::map<std::string, CifTable>& tables, std::set<ResidueKey>& whole) {
+  const auto found = tables.find("_atom_site");
+  if (found == tables.end()) return false;
+  const CifTable& atoms = found->second;
+  const int asymCol = atoms.column("label_asym_id"), seqCol = atoms.column("label_seq_id");
+  const int atomCol = atoms.column("label_atom_id"), modelCol = atoms.column("pdbx_PDB_model_num");
+  if (asymCol < 0 || seqCol < 0 || atomCol < 0 || atoms.rows() == 0) return false;
+  static constexpr std::string_view kBackbone[] = {"N", "CA", "C", "O"};
+  std::map<ResidueKey, unsigned> seen;
+  for (std::size_t r = 0; r < atoms.rows(); ++r) {
+    int seq = 0;
+    if ((modelCol >= 0 && atoms.at(r, modelCol) != atoms.at(0, modelCol)) || !to_int(atoms.at(r, seqCol), seq))
+      continue;
+    for (unsigned k = 0; k < 4; ++k)
+      if (atoms.at(r, atomCol) == kBackbone[k]) seen[{std::string(atoms.at(r, asymCol)), seq}] |= 1u << k;
+  }
+  for (const auto& [key, bits] : seen)
+    if (bits == 15u) whole.insert(key);
+  return true;
+}
+
+// The residue's number as the file's users know it: the author number and
+// insertion code where the table gives them, else the label number.
+std::string shown_number(const CifTable& table, std::size_t row, int numCol, int insCol, int seqCol) {
+  if (numCol < 0) return std::string(table.at(row, seqCol));
+  const std::string_view ins = table.at(row, insCol);
+  return std::string(table.at(row, numCol)) + (ins == "." || ins == "?" ? "" : std::string(ins));
+}
+
+// The chosen chain's residues that have coordinates, from the residue table
+// when the file has one, else from the summary. chainShown is the chain as a
+// user names it.
 bool select_chain(const StructSource& source, const std::map<std::string, CifTable>& tables,
                   std::vector<CifResidue>& residues, std::string& chainShown, std::string& error) {
   const auto scheme = tables.find("_pdbx_poly_seq_scheme");
@@ -267,6 +354,9 @@ bool select_chain(const StructSource& source, const std::map<std::string, CifTab
   const int seqCol = table.column(fromScheme ? "seq_id" : "label_seq_id");
   const int monCol = table.column(fromScheme ? "mon_id" : "label_comp_id");
   const int authCol = table.column("pdb_strand_id"), seenCol = table.column("pdb_mon_id");
+  const int numCol = table.column("pdb_seq_num"), insCol = table.column("pdb_ins_code");
+  std::set<ResidueKey> withBackbone;
+  const bool byAtoms = residues_with_backbone(tables, withBackbone);
   if (asymCol < 0 || seqCol < 0 || monCol < 0) {
     error = file_line(source.path, table.line) +
             "the residue table lacks chain, number or residue columns; give mkdssp's output unchanged";
@@ -282,13 +372,15 @@ bool select_chain(const StructSource& source, const std::map<std::string, CifTab
     if (chainShown.empty() && !source.chain.empty()) chainShown = source.chain;
     if (chainShown.empty() && letter != 'X') chainShown = auth;
     if (auth != chainShown && asym != chainShown) continue;
-    if (seenCol >= 0 && table.at(r, seenCol) == "?") continue;  // no coordinates
-    CifResidue residue{asym, 0, letter, '-'};
+    CifResidue residue{asym, 0, letter, '-', shown_number(table, r, numCol, insCol, seqCol)};
     if (!to_int(table.at(r, seqCol), residue.seq)) {
       error = file_line(source.path, table.line) +
               "a residue number in the residue table is not a number; the file looks damaged";
       return false;
     }
+    // A residue without coordinates is still listed in the residue table (a
+    // deposited file marks it '?', mkdssp's reading of a PDB file does not).
+    if (byAtoms ? withBackbone.count({asym, residue.seq}) == 0 : seenCol >= 0 && table.at(r, seenCol) == "?") continue;
     residues.push_back(residue);
   }
   if (residues.empty()) {
@@ -321,21 +413,24 @@ void apply_summary(const CifTable& summary, std::vector<CifResidue>& residues) {
   residues.swap(kept);
 }
 
-// States from ranges of residues; a strand range fills only residues that
-// no other range claimed.
-void apply_ranges(const CifTable& table, bool strands, std::vector<CifResidue>& residues) {
+// States from ranges of residues; a sheet range fills only residues that no
+// other range claimed. True when the table gives strands.
+bool apply_ranges(const CifTable& table, bool sheets, std::vector<CifResidue>& residues) {
   const int asymCol = table.column("beg_label_asym_id"), typeCol = table.column("conf_type_id");
   const int begCol = table.column("beg_label_seq_id"), endCol = table.column("end_label_seq_id");
-  if (asymCol < 0 || begCol < 0 || endCol < 0 || (!strands && typeCol < 0)) return;
+  if (asymCol < 0 || begCol < 0 || endCol < 0 || (!sheets && typeCol < 0)) return false;
+  bool strands = sheets;
   for (std::size_t r = 0; r < table.rows(); ++r) {
-    const char state = strands ? 'E' : conf_type_state(table.at(r, typeCol));
+    const char state = sheets ? 'E' : conf_type_state(table.at(r, typeCol));
+    strands = strands || state == 'E';
     int first = 0, last = 0;
     if (state == 0 || !to_int(table.at(r, begCol), first) || !to_int(table.at(r, endCol), last)) continue;
     for (CifResidue& residue : residues)
       if (residue.asym == table.at(r, asymCol) && residue.seq >= first && residue.seq <= last &&
-          (!strands || residue.state == '-'))
+          (!sheets || residue.state == '-'))
         residue.state = state;
   }
+  return strands;
 }
 
 }  // namespace
@@ -356,10 +451,19 @@ bool read_ss_mmcif(const StructSource& source, std::string_view text, std::vecto
   if (summary != tables.end()) {
     apply_summary(summary->second, residues);
   } else {
-    if (tables.count("_struct_conf") > 0) apply_ranges(tables.at("_struct_conf"), false, residues);
-    if (tables.count("_struct_sheet_range") > 0) apply_ranges(tables.at("_struct_sheet_range"), true, residues);
+    // mkdssp gives each strand residue a STRN range; its sheet ranges span
+    // whole ladders, bulges and all, and stand in only where no STRN range
+    // is given (a deposited file's strands).
+    bool strandRanges = false;
+    if (tables.count("_struct_conf") > 0) strandRanges = apply_ranges(tables.at("_struct_conf"), false, residues);
+    if (tables.count("_struct_sheet_range") > 0 && !strandRanges)
+      apply_ranges(tables.at("_struct_sheet_range"), true, residues);
   }
   StructEntry entry{source.id, "", "", source.path + " chain " + chain};
+  if (!states_from_dssp(tables))
+    entry.note = source.path +
+                 ": not written by mkdssp, so the states are the file's own helix and strand records, with no "
+                 "turns or bends; for DSSP's states run mkdssp on it and give its output";
   for (const CifResidue& residue : residues) {
     if (map_structure_state(residue.state) == 0) {
       error = file_line(source.path, summary->second.line) + "'" + residue.state +
@@ -368,6 +472,7 @@ bool read_ss_mmcif(const StructSource& source, std::string_view text, std::vecto
     }
     entry.residues += residue.letter;
     entry.states += residue.state;
+    entry.numbers.push_back(residue.number);
   }
   if (entry.residues.empty()) {
     error = source.path + ": chain " + chain + " has no residues with secondary structure; check the mkdssp run";

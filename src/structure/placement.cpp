@@ -105,13 +105,34 @@ std::vector<int> match_residues(const std::string& s, const std::string& q) {
 
 std::string count_text(std::size_t count, const char* what) { return std::to_string(count) + " " + what; }
 
+std::size_t known_residues(const std::string& residues) {
+  return residues.size() - static_cast<std::size_t>(std::count(residues.begin(), residues.end(), 'X'));
+}
+
+// Which residues of the structure lie on the sequence, by the file's own
+// numbers where it has them.
+std::string part_used_note(const StructEntry& entry, const std::string& seqId, const std::vector<int>& partner) {
+  std::size_t first = partner.size(), last = 0;
+  for (std::size_t i = 0; i < partner.size(); ++i)
+    if (partner[i] >= 0) first = std::min(first, i), last = i;
+  if (first > last) return "";
+  const auto number = [&](std::size_t i) {
+    return i < entry.numbers.size() ? entry.numbers[i] : std::to_string(i + 1);
+  };
+  return "structure for " + seqId + ": residues " + number(first) + "-" + number(last) + " of " + entry.origin +
+         " lie on the sequence (" + std::to_string(last - first + 1) + " of its " +
+         count_text(entry.residues.size(), "residues with states") + ")" +
+         (entry.numbers.empty() ? "" : "; to use another part, give ID=FILE:CHAIN:FROM-TO");
+}
+
 }  // namespace
 
 // ---- public routines ----
 
 bool place_structure(const StructEntry& entry, const std::string& seqId, const std::string& sequence, std::string& sRes,
-                     std::string& error) {
+                     std::string& note, std::string& error) {
   const std::string where = "structure for " + seqId + " in " + entry.origin;
+  note.clear();
   std::string mapped;
   for (const char raw : entry.states) {
     const char state = map_structure_state(raw);
@@ -136,8 +157,7 @@ bool place_structure(const StructEntry& entry, const std::string& seqId, const s
             ") to match to the sequence; give only the chain that belongs to it";
     return false;
   }
-  const std::size_t known =
-      entry.residues.size() - static_cast<std::size_t>(std::count(entry.residues.begin(), entry.residues.end(), 'X'));
+  const std::size_t known = known_residues(entry.residues), seqKnown = known_residues(sequence);
   const std::vector<int> partner = match_residues(entry.residues, sequence);
   sRes.assign(sequence.size(), 'X');
   std::size_t identical = 0;
@@ -150,26 +170,51 @@ bool place_structure(const StructEntry& entry, const std::string& seqId, const s
     error = where + " has only unknown residues (X), which cannot be matched to the sequence; check the file";
     return false;
   }
-  if (identical * 100 < known * static_cast<std::size_t>(kMinPlacedPercent)) {
+  const std::size_t minPercent = static_cast<std::size_t>(kMinPlacedPercent);
+  const bool structureLies = identical * 100 >= known * minPercent;
+  const bool sequenceLies = identical > 0 && identical * 100 >= seqKnown * minPercent;
+  if (!structureLies && !sequenceLies) {
     error = where + " matches only " + std::to_string(identical) + " of its " + count_text(known, "known residues") +
             " to sequence " + seqId + " (" + count_text(sequence.size(), "residues") + "); at least " +
-            std::to_string(kMinPlacedPercent) + "% must match: check that the file and chain are this protein's";
+            std::to_string(kMinPlacedPercent) +
+            "% of the structure's or of the sequence's residues must match: check that the file and chain are this "
+            "protein's";
     return false;
   }
+  if (!structureLies) note = part_used_note(entry, seqId, partner);
   return true;
 }
 
 bool assign_structures(const std::vector<StructEntry>& entries, const std::vector<std::string>& ids,
-                       const std::vector<std::string>& sequences, std::vector<std::string>& sRes, std::string& error) {
-  std::vector<const StructEntry*> matched;
-  if (!match_by_id(entries, ids, {"structure", "is", "give one", " or name it as ID=FILE"}, matched, error))
+                       const std::vector<std::string>& sequences, std::vector<std::string>& sRes, StructureNotes& told,
+                       std::string& error) {
+  const EntryWords words{"structure", "is", "give one", " or name it as ID=FILE"};
+  std::vector<const StructEntry*> matched, unused;
+  if (!match_by_id(entries, ids, words, matched, error, &unused)) return false;
+  // A family's structure file may list a sequence left out of this run; a
+  // file none of whose structures fits is a mistake.
+  if (!unused.empty() && unused.size() == entries.size()) {
+    error = (unused.size() > 1 ? "no structure given is for an input sequence; " : "") +
+            not_an_input_message(*unused[0], words);
     return false;
+  }
+  told = StructureNotes{};
+  for (const StructEntry* entry : unused)
+    told.unused += (told.unused.empty() ? "" : ", ") + entry->id + " (" + entry->origin + ")";
+  if (!unused.empty())
+    told.unused = (unused.size() == 1 ? "structure for " : "structures for ") + told.unused +
+                  " not used: no input sequence has " + (unused.size() == 1 ? "this id" : "these ids");
   sRes.assign(ids.size(), std::string());
   for (std::size_t k = 0; k < ids.size() && k < sequences.size(); ++k) {
-    if (matched[k] == nullptr)
+    std::string note;
+    if (matched[k] == nullptr) {
       sRes[k].assign(sequences[k].size(), 'X');
-    else if (!place_structure(*matched[k], ids[k], sequences[k], sRes[k], error))
-      return false;
+      continue;
+    }
+    if (!place_structure(*matched[k], ids[k], sequences[k], sRes[k], note, error)) return false;
+    for (const std::string& text : {matched[k]->note, note})
+      if (!text.empty() && std::find(told.notes.begin(), told.notes.end(), text) == told.notes.end())
+        told.notes.push_back(text);
   }
   return true;
 }

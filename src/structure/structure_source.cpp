@@ -4,8 +4,10 @@
 // Sections: format recognition (private); public routines; shared helpers.
 #include "structure/structure_source.hpp"
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -42,6 +44,74 @@ Format recognise_format(std::string_view text) {
   return Format::Unknown;
 }
 
+// The parts after the file in FILE:A or FILE:A:B, with path set to the file;
+// none when no such file exists (the path is then left as it was given).
+std::vector<std::string> parts_after_file(const std::string& rest, std::string& path) {
+  std::size_t colon = rest.size();
+  std::vector<std::string> parts;
+  for (int k = 0; k < 2 && colon > 0; ++k) {
+    colon = rest.rfind(':', colon - 1);
+    if (colon == std::string::npos) break;
+    parts.insert(parts.begin(),
+                 rest.substr(colon + 1, (parts.empty() ? rest.size() : rest.find(':', colon + 1)) - colon - 1));
+    if (is_file(rest.substr(0, colon))) {
+      path = rest.substr(0, colon);
+      return parts;
+    }
+  }
+  return {};
+}
+
+// A whole number, with a minus sign for the numbers some files use before a
+// chain's first residue.
+bool parse_number(std::string_view text, int& value) {
+  const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return !text.empty() && ec == std::errc{} && end == text.data() + text.size();
+}
+
+// FROM-TO as residue numbers. False when part is no range; error is set
+// only when it is one but reversed.
+bool parse_range(const std::string& part, StructSource& source, const std::string& text, std::string& error) {
+  const std::size_t dash = part.find('-', 1);
+  if (dash == std::string::npos || !parse_number(std::string_view(part).substr(0, dash), source.from) ||
+      !parse_number(std::string_view(part).substr(dash + 1), source.to))
+    return false;
+  if (source.from > source.to) {
+    error = "structure source '" + text + "': the residue range " + part + " runs backwards; give FROM-TO with " +
+            "FROM not above TO";
+    return false;
+  }
+  source.hasRange = true;
+  return true;
+}
+
+// Keeps the residues numbered from source.from to source.to (by the number
+// before any insertion code).
+bool keep_range(const StructSource& source, StructEntry& entry, std::string& error) {
+  StructEntry kept = entry;
+  kept.residues.clear(), kept.states.clear(), kept.numbers.clear();
+  for (std::size_t k = 0; k < entry.numbers.size() && k < entry.residues.size(); ++k) {
+    const std::string& number = entry.numbers[k];
+    int value = 0;
+    const std::size_t digits = number.find_first_not_of("-0123456789");
+    if (!parse_number(std::string_view(number).substr(0, digits), value) || value < source.from || value > source.to)
+      continue;
+    kept.residues += entry.residues[k], kept.states += entry.states[k], kept.numbers.push_back(number);
+  }
+  const std::string range = std::to_string(source.from) + "-" + std::to_string(source.to);
+  if (kept.residues.empty()) {
+    const std::string span = entry.numbers.empty() ? ""
+                                                   : " (its residues run from " + entry.numbers.front() + " to " +
+                                                         entry.numbers.back() + ")";
+    error = entry.origin + " has no residues with secondary structure numbered " + range + span +
+            "; give a range of the file's residue numbers";
+    return false;
+  }
+  kept.origin += " residues " + range;
+  entry = kept;
+  return true;
+}
+
 }  // namespace
 
 // ---- public routines ----
@@ -67,16 +137,21 @@ bool parse_structure_source(const std::string& text, StructSource& source, std::
     }
   }
   source.path = rest;
-  const std::size_t colon = rest.rfind(':');
-  if (!is_file(rest) && colon != std::string::npos && is_file(rest.substr(0, colon))) {
-    source.path = rest.substr(0, colon);
-    source.chain = rest.substr(colon + 1);
-    if (source.chain.empty()) {
-      error = "structure source '" + text + "': give the chain after ':' or leave out the ':'";
-      return false;
-    }
+  const std::vector<std::string> parts = parts_after_file(rest, source.path);
+  if (std::find(parts.begin(), parts.end(), std::string()) != parts.end()) {
+    error = "structure source '" + text + "': give the chain or residue range after ':' or leave out the ':'";
+    return false;
   }
-  return true;
+  std::string fault;
+  if (parts.size() == 1 && !parse_range(parts[0], source, text, fault)) source.chain = parts[0];
+  if (parts.size() == 2) {
+    source.chain = parts[0];
+    if (!parse_range(parts[1], source, text, fault) && fault.empty())
+      fault = "structure source '" + text + "': give the residue range after the chain as FROM-TO, e.g. " +
+              source.chain + ":20-80";
+  }
+  if (!fault.empty()) error = fault;
+  return fault.empty();
 }
 
 bool read_structure_source(const std::string& text, std::vector<StructEntry>& out, std::string& error) {
@@ -93,6 +168,12 @@ bool read_structure_source(const std::string& text, std::vector<StructEntry>& ou
     error = source.path + ": a chain can be chosen only in DSSP and mmCIF files; leave out ':" + source.chain + "'";
     return false;
   }
+  if (source.hasRange && format != Format::Dssp && format != Format::Mmcif) {
+    error = source.path +
+            ": a residue range can be chosen only in DSSP and mmCIF files; leave out ':" + std::to_string(source.from) +
+            "-" + std::to_string(source.to) + "'";
+    return false;
+  }
   if (source.id.empty() && !ownsIds) source.id = id_from_path(source.path);
   switch (format) {
     case Format::Fasta:
@@ -100,9 +181,9 @@ bool read_structure_source(const std::string& text, std::vector<StructEntry>& ou
     case Format::Stockholm:
       return read_ss_stockholm(source, content, out, error);
     case Format::Dssp:
-      return read_ss_dssp(source, content, out, error);
+      return read_ss_dssp(source, content, out, error) && (!source.hasRange || keep_range(source, out.back(), error));
     case Format::Mmcif:
-      return read_ss_mmcif(source, content, out, error);
+      return read_ss_mmcif(source, content, out, error) && (!source.hasRange || keep_range(source, out.back(), error));
     case Format::Psipred:
       return read_ss_psipred(source, content, out, error);
     case Format::Unknown:

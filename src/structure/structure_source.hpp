@@ -17,18 +17,25 @@ struct StructEntry {
   std::string id;
   std::string residues;
   std::string states;
-  std::string origin;  // the file, and chain where chosen, for messages
+  std::string origin;                  // the file, and chain where chosen, for messages
+  std::vector<std::string> numbers{};  // the file's residue numbers (DSSP, mmCIF), one per residue
+  std::string note{};                  // what a user should know about where the states came from
 };
 
-// What a source argument names: FILE, ID=FILE or ID=FILE:CHAIN.
+// What a source argument names: FILE, ID=FILE, ID=FILE:CHAIN, ID=FILE:FROM-TO
+// or ID=FILE:CHAIN:FROM-TO (ID= optional throughout).
 struct StructSource {
   std::string id;  // empty: taken from the file
   std::string path;
   std::string chain;  // empty: the first chain
+  bool hasRange = false;
+  int from = 0, to = 0;  // residue numbers of the file, both kept
 };
 
 // Splits a source argument. A whole argument that names an existing file is
-// that file, so names holding '=' or ':' still work.
+// that file, so names holding '=' or ':' still work. After the file, a part
+// made of two residue numbers joined by '-' is a residue range, any other
+// part the chain.
 bool parse_structure_source(const std::string& text, StructSource& source, std::string& error);
 
 // Reads every structure the source holds and appends them to out.

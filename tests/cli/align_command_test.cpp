@@ -128,7 +128,7 @@ TEST(AlignCommand, FailuresLeaveNothingBehind) {
       {"output over the input", good, "-o in.fa --force in.fa", 1, "the output in.fa is also an input file"},
       {"existing output", good, "-o keep.txt in.fa", 1, "the output keep.txt exists already; give --force"},
       {"full disk", good, "-o /dev/full --force in.fa", 1, "cannot write /dev/full"},
-      {"structure for an unknown id", good, "-o out.fa --ss zz.ss.fa in.fa", 1,
+      {"structure only for an unknown id", good, "-o out.fa --ss zz.ss.fa in.fa", 1,
        "zz.ss.fa gives structure for zz, which is not an input sequence"},
       {"structure of the wrong length", good, "-o out.fa --ss a.ss.fa in.fa", 1,
        "structure for a in a.ss.fa has 3 states but the sequence has 6 residues"},

@@ -14,6 +14,8 @@ TEST(PlaceStructure, MatchesResiduesAndMarksTheRestX) {
   struct Case {
     const char* label;
     std::string residues, states, sequence, expected;
+    std::vector<std::string> numbers{};
+    std::string note{};
   };
   const std::vector<Case> cases = {
       {"same residues", "ACDEF", "HHE-T", "ACDEF", "HHBCT"},
@@ -27,23 +29,37 @@ TEST(PlaceStructure, MatchesResiduesAndMarksTheRestX) {
        "CCCCCCCCCHCCCCCCCCCC"},
       {"an unknown residue keeps its place", "ACDEFGHIXLMNPQRSTVWY", "CCCCCCCCCHCCCCCCCCCC", kTwenty,
        "CCCCCCCCCHCCCCCCCCCC"},
+      {"a domain of the chain, named by the file's numbers",
+       kTwenty,
+       std::string(10, 'H') + std::string(10, 'E'),
+       "IKLMNPQRS",
+       "HHHBBBBBB",
+       {"-2", "-1", "1", "2", "3", "4", "5", "6", "6A", "7", "8", "9", "10", "11", "12", "13", "14", "15", "16", "17"},
+       "structure for s1: residues 6-13 of f lie on the sequence (9 of its 20 residues with states); to use another "
+       "part, give ID=FILE:CHAIN:FROM-TO"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.label);
-    std::string sRes, error;
-    ASSERT_TRUE(place_structure({"s1", c.residues, c.states, "f"}, "s1", c.sequence, sRes, error)) << error;
+    std::string sRes, note, error;
+    ASSERT_TRUE(place_structure({"s1", c.residues, c.states, "f", c.numbers}, "s1", c.sequence, sRes, note, error))
+        << error;
     EXPECT_EQ(sRes, c.expected);
+    EXPECT_EQ(note, c.note);
   }
 }
 
 TEST(AssignStructures, MatchesByIdAndReportsEachFault) {
   const std::vector<std::string> ids = {"s1", "s2", "s3"}, seqs = {"ACDE", kTwenty, "KLM"};
   // An unknown id and a wrong length are in ravlin-align's failure table.
-  const StructEntry s1{"s1", "", "HHEE", "a.ss.fa"};
+  const StructEntry s1{"s1", "", "HHEE", "a.ss.fa", {}, "a note on a.ss.fa"};
+  const StructEntry gone{"gone", "", "HHEE", "a.ss.fa"};
   std::vector<std::string> sRes;
+  StructureNotes told;
   std::string error;
-  ASSERT_TRUE(assign_structures({s1}, ids, seqs, sRes, error)) << error;
+  ASSERT_TRUE(assign_structures({s1, gone}, ids, seqs, sRes, told, error)) << error;
   EXPECT_EQ(sRes, (std::vector<std::string>{"HHBB", std::string(20, 'X'), "XXX"}));
+  EXPECT_EQ(told.unused, "structure for gone (a.ss.fa) not used: no input sequence has this id");
+  EXPECT_EQ(told.notes, std::vector<std::string>{"a note on a.ss.fa"});
 
   struct Case {
     std::vector<StructEntry> entries;
@@ -53,14 +69,18 @@ TEST(AssignStructures, MatchesByIdAndReportsEachFault) {
       {{s1, {"s1", "", "CCCC", "c.ss.fa"}}, "structure for s1 is given twice (a.ss.fa and c.ss.fa); give one"},
       {{{"s2", "ACDEFGHIKLMNPWWWWWWW", std::string(20, 'H'), "e.dssp chain B"}},
        "structure for s2 in e.dssp chain B matches only 14 of its 20 known residues to sequence s2 (20 residues); at "
-       "least 90% must match: check that the file and chain are this protein's"},
+       "least 90% of the structure's or of the sequence's residues must match: check that the file and chain are "
+       "this protein's"},
       {{{"s3", "XXX", "HHH", "f.cif chain A"}},
        "structure for s3 in f.cif chain A has only unknown residues (X), which cannot be matched to the sequence; "
        "check the file"},
+      {{gone, {"zz", "", "H", "z.ss.fa"}},
+       "no structure given is for an input sequence; a.ss.fa gives structure for gone, which is not an input "
+       "sequence; check the id (the first word of its header) or name it as ID=FILE"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.message);
-    EXPECT_FALSE(assign_structures(c.entries, ids, seqs, sRes, error));
+    EXPECT_FALSE(assign_structures(c.entries, ids, seqs, sRes, told, error));
     EXPECT_EQ(error, c.message);
   }
 }

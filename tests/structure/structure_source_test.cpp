@@ -22,10 +22,10 @@ const std::string kDssp = "==== Secondary Structure Definition by the program DS
                           dssp_line(1, 'A', 'K', ' ') + dssp_line(2, 'A', 'V', 'B') + dssp_line(3, 'A', 'a', 'H') +
                           "    4        !*             0   0    0\n" + dssp_line(5, 'B', 'G', 'E');
 
-// Ranges over a residue table, as mkdssp 4.2 writes by default: a residue
-// without coordinates ('?'), author chains X and Y for label chains A and B,
-// a single-row item list, a quoted value, a text field that holds a tag and
-// selenomethionine read as M.
+// Ranges over a residue table, as mkdssp 4.2 writes by default (less its
+// naming itself as the software): a residue without coordinates ('?'),
+// author chains X and Y for label chains A and B, a single-row item list, a
+// quoted value, a text field that holds a tag and selenomethionine read as M.
 const std::string kRangesCif =
     "data_T2\n_struct_keywords.text 'ONE; TWO'\n_struct.title\n;A title with\n_fake.tag inside\n;\n"
     "loop_\n_pdbx_poly_seq_scheme.asym_id\n_pdbx_poly_seq_scheme.seq_id\n_pdbx_poly_seq_scheme.mon_id\n"
@@ -35,6 +35,23 @@ const std::string kRangesCif =
     "_struct_conf.beg_label_seq_id 2\n_struct_conf.end_label_seq_id 3\n#\n"
     "loop_\n_struct_sheet_range.beg_label_asym_id\n_struct_sheet_range.beg_label_seq_id\n"
     "_struct_sheet_range.end_label_seq_id\nA 3 5\nB 1 1\n";
+const std::string kBySoftware = "_software.name dssp\n";
+
+// As mkdssp writes a PDB file's chain: every residue in the residue table,
+// author numbers with an insertion code, and the atoms, which give the whole
+// backbone (N, CA, C, O) in the first model only to residues 2 and 3.
+const std::string kAtomsCif =
+    "data_T3\n_software.name DSSP\nloop_\n_pdbx_poly_seq_scheme.asym_id\n_pdbx_poly_seq_scheme.seq_id\n"
+    "_pdbx_poly_seq_scheme.mon_id\n_pdbx_poly_seq_scheme.pdb_seq_num\n_pdbx_poly_seq_scheme.pdb_ins_code\n"
+    "_pdbx_poly_seq_scheme.pdb_mon_id\n_pdbx_poly_seq_scheme.pdb_strand_id\n"
+    "A 1 GLY 10 . GLY A\nA 2 ALA 11 . ALA A\nA 3 VAL 11 B VAL A\nA 4 LEU 12 . LEU A\n"
+    "_struct_conf.conf_type_id TURN_TY1_P\n_struct_conf.beg_label_asym_id A\n_struct_conf.beg_label_seq_id 1\n"
+    "_struct_conf.end_label_seq_id 4\nloop_\n_atom_site.group_PDB\n_atom_site.label_atom_id\n"
+    "_atom_site.label_asym_id\n_atom_site.label_seq_id\n_atom_site.Cartn_x\n_atom_site.pdbx_PDB_model_num\n"
+    "ATOM N A 2 0.1 1\nATOM CA A 2 0.2 1\nATOM C A 2 0.3 1\nATOM O A 2 0.4 1\nATOM CB A 2 0.5 1\n"
+    "ATOM N A 3 0.1 1\nATOM CA A 3 0.2 1\nATOM C A 3 0.3 1\nATOM O A 3 0.4 1\n"
+    "ATOM N A 4 0.1 1\nATOM CA A 4 0.2 1\nATOM C A 4 0.3 1\n"
+    "ATOM N A 1 0.1 2\nATOM CA A 1 0.2 2\nATOM C A 1 0.3 2\nATOM O A 1 0.4 2\n";
 
 struct FormatCase {
   const char* label;
@@ -72,15 +89,44 @@ TEST(ReadStructureSource, ReadsEachFormat) {
        kDssp,
        "",
        "",
-       {{"1abc", "KVC", " BH", "{F} chain A"}}},
-      {"classic DSSP, chosen chain and id", "1abc.dssp", kDssp, "x=", ":B", {{"x", "G", "E", "{F} chain B"}}},
+       {{"1abc", "KVC", " BH", "{F} chain A", {"1", "2", "3"}}}},
+      {"classic DSSP, chosen chain and id", "1abc.dssp", kDssp, "x=", ":B", {{"x", "G", "E", "{F} chain B", {"5"}}}},
+      {"classic DSSP, residue range of the first chain",
+       "1abc.dssp",
+       kDssp,
+       "",
+       ":2-5",
+       {{"1abc", "VC", "BH", "{F} chain A residues 2-5", {"2", "3"}}}},
       {"mmCIF ranges, first chain by author name",
+       "t2.cif",
+       kRangesCif + kBySoftware,
+       "",
+       "",
+       {{"t2", "AMIVG", "GGEE-", "{F} chain X", {"2", "3", "4", "5", "6"}}}},
+      {"mmCIF ranges, chain by label name and residue range",
+       "t2.cif",
+       kRangesCif + kBySoftware,
+       "",
+       ":B:-1-1",
+       {{"t2", "W", "E", "{F} chain B residues -1-1", {"1"}}}},
+      {"a deposited mmCIF: its authors' records, with a note",
        "t2.cif",
        kRangesCif,
        "",
        "",
-       {{"t2", "AMIVG", "GGEE-", "{F} chain X"}}},
-      {"mmCIF ranges, chain by label name", "t2.cif", kRangesCif, "", ":B", {{"t2", "W", "E", "{F} chain B"}}},
+       {{"t2",
+         "AMIVG",
+         "GGEE-",
+         "{F} chain X",
+         {"2", "3", "4", "5", "6"},
+         "{F}: not written by mkdssp, so the states are the file's own helix and strand records, with no turns or "
+         "bends; for DSSP's states run mkdssp on it and give its output"}}},
+      {"mmCIF with atoms: only residues with a whole backbone in the first model",
+       "t3.cif",
+       kAtomsCif,
+       "",
+       ":11-11",
+       {{"t3", "AV", "TT", "{F} chain A residues 11-11", {"11", "11B"}}}},
       {"PSIPRED .ss2",
        "query.ss2",
        "# PSIPRED VFORMAT (PSIPRED V4.0)\n\n   1 M C   0.998  0.001  0.002\n   2 k H   0.100  0.800  0.100\n"
@@ -109,6 +155,8 @@ TEST(ReadStructureSource, ReadsEachFormat) {
       EXPECT_EQ(entries[k].residues, c.expected[k].residues);
       EXPECT_EQ(entries[k].states, c.expected[k].states);
       EXPECT_EQ(entries[k].origin, with_path(c.expected[k].origin, path));
+      EXPECT_EQ(entries[k].numbers, c.expected[k].numbers);
+      EXPECT_EQ(entries[k].note, with_path(c.expected[k].note, path));
     }
   }
 }
@@ -127,7 +175,10 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
       {"x.ss.fa", ">a\n; a comment\nH\xFF\n", "", "",
        "{F} line 3: byte 0xFF in a is not a structure state (H G I E B T S P C, '-' or X)"},
       {"x.ss.fa", ">a\nH\n", "y=", "", "{F}: this file names its own sequences; give it without 'y='"},
-      {"x.ss.fa", ">a\nH\n", "x=", ":", "structure source 'x={F}:': give the chain after ':' or leave out the ':'"},
+      {"x.ss.fa", ">a\nH\n", "x=", ":",
+       "structure source 'x={F}:': give the chain or residue range after ':' or leave out the ':'"},
+      {"x.ss.fa", ">a\nH\n", "", ":1-5",
+       "{F}: a residue range can be chosen only in DSSP and mmCIF files; leave out ':1-5'"},
       {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n", "", ":A",
        "{F}: a chain can be chosen only in DSSP and mmCIF files; leave out ':A'"},
       {"q.ss2", "# PSIPRED VFORMAT\n   1 M C 1 0 0\n   2 K Q 0 0 1\n", "", "",
@@ -135,6 +186,13 @@ TEST(ReadStructureSource, ReportsEachFaultWithFileLineAndRemedy) {
       {"q.horiz", "# PSIPRED HFORMAT\nPred: CCH\n  AA: MK\n", "", "",
        "{F}: 3 predicted states but 2 residues on the AA lines; the file looks cut short"},
       {"d.dssp", kDssp, "", ":C", "{F} has no chain C (chains: A B); name one of them as ID=FILE:CHAIN"},
+      {"d.dssp", kDssp, "", ":A:9-5",
+       "structure source '{F}:A:9-5': the residue range 9-5 runs backwards; give FROM-TO with FROM not above TO"},
+      {"d.dssp", kDssp, "", ":A:9",
+       "structure source '{F}:A:9': give the residue range after the chain as FROM-TO, e.g. A:20-80"},
+      {"d.dssp", kDssp, "", ":A:7-9",
+       "{F} chain A has no residues with secondary structure numbered 7-9 (its residues run from 1 to 3); give a "
+       "range of the file's residue numbers"},
       {"d.dssp", "  #  RESIDUE AA STRUCTURE\n" + dssp_line(1, 'A', 'K', 'Q'), "", "",
        "{F} line 2: no residue letter in column 14 or no DSSP state in column 17; give mkdssp's classic output "
        "unchanged"},
