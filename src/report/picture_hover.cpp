@@ -127,7 +127,7 @@ bool has_own_numbering(const ViewRow& row) {
 
 void append_row_data(std::string& out, const ViewRow& row) {
   out += "{id:\"";
-  append_script_text(out, row.id);
+  append_script_text(out, full_id(row));
   out += "\",r:\"";
   append_script_text(out, residue_letters(row));
   out += '"';

@@ -2,20 +2,57 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 
 namespace {
 
-constexpr int kMaxShownId = 24;       // characters of an id in the id pane
-constexpr double kIdCharWidth = 7.3;  // of the 12 px monospace font
-constexpr int kNumberWidth = 48;      // the residue numbers right of a block
+constexpr std::size_t kMaxShownId = 40;  // characters of an id in the id pane
+constexpr std::size_t kShownHead = 19;   // of a longer id, before the ellipsis; the rest from its end
+constexpr double kIdCharWidth = 7.3;     // of the 12 px monospace font
+constexpr int kNumberWidth = 48;         // the residue numbers right of a block
 constexpr int kConsensusHeight = 14;
+constexpr int kConsensusSpace = 4;  // sets the consensus off the last sequence
 constexpr int kBlockGap = 14;
 constexpr int kTrackGap = 2;  // keeps the confidence bars off the conservation bars
 
-std::size_t id_chars(const AlignmentView& view) {
-  std::size_t longest = 0;
-  for (const ViewRow& row : view.rows) longest = std::max(longest, std::min<std::size_t>(row.id.size(), kMaxShownId));
-  return std::max<std::size_t>(longest, 12);  // room for the labels "conservation" and "consensus"
+bool starts_char(char byte) { return (static_cast<unsigned char>(byte) & 0xc0) != 0x80; }
+
+std::size_t char_count(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), starts_char));
+}
+
+// Where the character `chars` (from 0) of text starts.
+std::size_t char_offset(std::string_view text, std::size_t chars) {
+  std::size_t at = 0;
+  for (; at < text.size(); ++at)
+    if (starts_char(text[at]) && chars-- == 0) break;
+  return at;
+}
+
+// An id too long for the pane keeps its start and its end, where ids of
+// one source tell their sequences apart (a species, a range).
+std::string shortened(const std::string& id) {
+  const std::size_t chars = char_count(id);
+  if (chars <= kMaxShownId) return id;
+  return id.substr(0, char_offset(id, kShownHead)) + "\xe2\x80\xa6" +
+         id.substr(char_offset(id, chars - (kMaxShownId - kShownHead - 1)));
+}
+
+// Every row's id as shown: whole, or shortened where that leaves it
+// unlike every other row's; ids alike when shortened are shown whole.
+std::vector<std::string> calc_shown_ids(const AlignmentView& view) {
+  std::vector<std::string> ids;
+  std::map<std::string, int> uses;
+  for (const ViewRow& row : view.rows) ++uses[ids.emplace_back(shortened(full_id(row)))];
+  for (std::size_t r = 0; r < ids.size(); ++r)
+    if (uses[ids[r]] > 1) ids[r] = full_id(view.rows[r]);
+  return ids;
+}
+
+std::size_t id_chars(const std::vector<std::string>& ids) {
+  std::size_t longest = 12;  // room for the labels "conservation" and "consensus"
+  for (const std::string& id : ids) longest = std::max(longest, char_count(id));
+  return longest;
 }
 
 }  // namespace
@@ -25,17 +62,19 @@ PictureLayout calc_picture_layout(const AlignmentView& view, int blockWidth) {
   layout.blockWidth = std::max(blockWidth, 1);
   const int width = std::max(view.width, 0);
   layout.blocks = (width + layout.blockWidth - 1) / layout.blockWidth;
-  layout.idWidth = 16 + static_cast<int>(static_cast<double>(id_chars(view)) * kIdCharWidth + 0.5);
+  layout.shownIds = calc_shown_ids(view);
+  layout.idWidth = 16 + static_cast<int>(static_cast<double>(id_chars(layout.shownIds)) * kIdCharWidth + 0.5);
   layout.bodyWidth = std::min(width, layout.blockWidth) * kCellWidth + kNumberWidth;
   int y = kRulerHeight;
   for (const ViewRow& row : view.rows) {
+    if (row.hasStructure) y += kTrackSpace;
     layout.trackY.push_back(row.hasStructure ? y : -1);
     if (row.hasStructure) y += kTrackHeight;
     layout.rowY.push_back(y);
     y += kRowHeight;
   }
-  layout.consensusY = y;
-  layout.barY = y + kConsensusHeight;
+  layout.consensusY = y + kConsensusSpace;
+  layout.barY = layout.consensusY + kConsensusHeight;
   y = layout.barY + kBarHeight;
   if (!view.confidence.empty()) {
     layout.confidenceY = y + kTrackGap;
@@ -155,7 +194,4 @@ void append_script_text(std::string& out, std::string_view text) {
   }
 }
 
-std::string shown_id(const std::string& id) {
-  if (id.size() <= static_cast<std::size_t>(kMaxShownId)) return id;
-  return id.substr(0, kMaxShownId - 1) + "\xe2\x80\xa6";
-}
+const std::string& full_id(const ViewRow& row) { return row.name.empty() ? row.id : row.name; }

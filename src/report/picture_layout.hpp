@@ -16,6 +16,7 @@
 constexpr int kCellWidth = 10;    // one column
 constexpr int kRowHeight = 14;    // a residue row
 constexpr int kTrackHeight = 10;  // a structure track
+constexpr int kTrackSpace = 5;    // above a structure track: it sits on its own row, apart from the row above
 constexpr int kRulerHeight = 16;
 constexpr int kBarHeight = 16;  // the conservation bars
 constexpr int kMinPictureWidth = 10;
@@ -25,10 +26,11 @@ struct PictureLayout {
   int blockWidth = 0;  // columns a block
   int blocks = 0;
   int blockHeight = 0;
-  int idWidth = 0;          // the id pane
-  int bodyWidth = 0;        // the blocks, with the residue numbers at their right
-  std::vector<int> trackY;  // per row: top of its structure track within a block, -1 for none
-  std::vector<int> rowY;    // per row: top of its residue row within a block
+  int idWidth = 0;                    // the id pane
+  std::vector<std::string> shownIds;  // per row: its id as the id pane shows it
+  int bodyWidth = 0;                  // the blocks, with the residue numbers at their right
+  std::vector<int> trackY;            // per row: top of its structure track within a block, -1 for none
+  std::vector<int> rowY;              // per row: top of its residue row within a block
   int consensusY = 0;
   int barY = 0;
   int confidenceY = -1;  // top of the confidence track within a block, -1 for none
@@ -60,5 +62,7 @@ void append_escaped(std::string& out, std::string_view text);
 // Text for a double-quoted string of a script inside the drawing: no
 // character that would end the string, the script or its CDATA section.
 void append_script_text(std::string& out, std::string_view text);
-// The shown id: cut to the id pane's width, with an ellipsis.
-std::string shown_id(const std::string& id);
+// The sequence's id as the input gives it, whatever its length: what the
+// id pane, the hover texts and data-seq name it by (the report's ids are
+// cut to 12 characters, which can make two sequences look the same).
+const std::string& full_id(const ViewRow& row);

@@ -19,6 +19,7 @@ namespace {
 constexpr std::size_t kFlushSize = std::size_t{1} << 20;
 constexpr int kTextBaseline = 11;  // of a 12 px line in a kRowHeight row
 constexpr int kIdX = 8;
+constexpr int kRulerDigitWidth = 6;  // of the 10 px monospace font
 
 constexpr std::string_view kPictureStyle =
     ".pic text{font-family:\"DejaVu Sans Mono\",\"Liberation Mono\",Menlo,Consolas,monospace;font-size:12px;"
@@ -26,6 +27,7 @@ constexpr std::string_view kPictureStyle =
     ".pic .res{font-size:14px;pointer-events:none}\n"
     ".pic .num{font-size:10px;fill:#666}\n"
     ".pic .rul{font-size:10px;fill:#666;text-anchor:middle}\n"
+    ".pic .rul.first{text-anchor:start}\n"
     ".pic .lab{font-style:italic;fill:#666}\n"
     ".pic .tick{fill:none;stroke:#777;stroke-width:1}\n"
     ".pic .coil{fill:none;stroke:#444;stroke-width:1.5}\n"
@@ -116,12 +118,21 @@ void append_text(std::string& out, std::string_view cls, int x, int y, std::stri
 
 // ---- blocks ----
 
+// The number of every tenth column, centred over it, and of the block's
+// first column, from its left edge (centred, its first digits would stand
+// outside the block); a tenth column's number that would touch that one is
+// left out, its tick kept.
 void append_ruler(std::string& out, int first, int last, const PictureLayout& layout) {
+  const std::string firstNumber = std::to_string(first + 1);
+  const int firstEnd = static_cast<int>(firstNumber.size()) * kRulerDigitWidth;
+  append_text(out, "rul first", 0, kTextBaseline, firstNumber);
   std::string ticks;
   for (int c = first; c <= last; ++c) {
-    const int centre = column_x(layout, c) + kCellWidth / 2;
-    if ((c + 1) % 10 == 0 || c == first) append_text(out, "rul", centre, kTextBaseline, std::to_string(c + 1));
     if ((c + 1) % 10 != 0) continue;
+    const int centre = column_x(layout, c) + kCellWidth / 2;
+    const std::string number = std::to_string(c + 1);
+    if (c != first && centre - static_cast<int>(number.size()) * kRulerDigitWidth / 2 >= firstEnd + kRulerDigitWidth)
+      append_text(out, "rul", centre, kTextBaseline, number);
     ticks += 'M';
     append_int(ticks, centre);
     ticks += " 12v4";
@@ -362,7 +373,7 @@ void append_id_pane(std::string& out, const AlignmentView& view, const PictureLa
       out += "\" y=\"";
       append_int(out, layout.rowY[r] + kTextBaseline);
       out += "\">";
-      append_escaped(out, shown_id(view.rows[r].id));
+      append_escaped(out, layout.shownIds[r]);
       out += "<title>";
       append_escaped(out, view.rows[r].header);
       out += "</title></text>";

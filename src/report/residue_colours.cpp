@@ -95,10 +95,14 @@ constexpr double kKyteDoolittle[] = {1.8, -4.5, -3.5, -3.5, 2.5,  -3.5, -3.5, -0
                                      3.8, -3.9, 1.9,  2.8,  -1.6, -0.8, -0.7, -0.9, -1.3, 4.2};
 constexpr double kMostHydrophobic = 4.5;
 
+// Of the ends' colours, the share of pure blue or red: black letters stay
+// readable on them (pure blue left them unreadable).
+constexpr double kStrongest = 0.5;
+
 // From blue (most hydrophilic) through white to red (most hydrophobic).
 std::string hydropathy_colour(double value) {
   const double t = std::clamp(value / kMostHydrophobic, -1.0, 1.0);
-  const int fade = static_cast<int>(255.0 * (1.0 - (t < 0 ? -t : t)) + 0.5);
+  const int fade = static_cast<int>(255.0 * (1.0 - kStrongest * (t < 0 ? -t : t)) + 0.5);
   const int red = t < 0 ? fade : 255;
   const int blue = t < 0 ? 255 : fade;
   char text[8];

@@ -92,13 +92,13 @@ void append_strand_piece(std::string& out, const Piece& piece, bool withHead) {
 void append_run(std::string& out, const ViewRow& row, const Run& run, int trackY, const PictureLayout& layout) {
   const bool helix = run.shape == Shape::kHelix;
   out += helix ? "<g class=\"helix\" data-seq=\"" : "<g class=\"strand\" data-seq=\"";
-  append_escaped(out, row.id);
+  append_escaped(out, full_id(row));
   out += "\" data-start=\"";
   append_int(out, run.firstNumber);
   out += "\" data-end=\"";
   append_int(out, run.lastNumber);
   out += "\"><title>";
-  append_escaped(out, row.id);
+  append_escaped(out, full_id(row));
   out += helix ? " helix " : " strand ";
   append_int(out, run.firstNumber);
   out += '-';

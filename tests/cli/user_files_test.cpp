@@ -28,6 +28,9 @@ struct UserRow {
 };
 
 std::string bin() { return shell_quote(RAVLIN_ALIGN_BIN); }
+std::string example(const std::string& name) { return shell_quote(testsupport::source_path("examples/" + name)); }
+// A read-back command: Python code run by the Debian python3.
+std::string python(const std::string& code) { return "/usr/bin/python3 -c " + shell_quote(code); }
 
 // Biopython reading FILE as FORMAT (its name for it) against in.fa.
 std::string read_back(const std::string& file, const std::string& format) {
@@ -263,6 +266,44 @@ TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
        "//\n",
        "ravlin-align: 2beg.cif: not written by mkdssp, so the states are the file's own helix and strand records, "
        "with no turns or bends; for DSSP's states run mkdssp on it and give its output\n"},
+      {"3: drew a family with UniProt ids: whole ids in the id pane and in data-seq, where the report cuts them "
+       "alike (sp|P0004~1)",
+       {{"cyc.fa",
+         ">sp|P00045|CYC7_YEAST Cytochrome c iso-2\nMAKESTGFKPGSAKKGATLFKTRCQQCHTIEEGG\n"
+         ">sp|P00044|CYC1_YEAST Cytochrome c iso-1\nMTEFKAGSAKKGATLFKTRCLQCHTVEKGG\n"},
+        {"cyc.ss.fa",
+         ">sp|P00045|CYC7_YEAST\nCHHHHHCCCCCHHHHHHCCCEEEECCCCCHHHCC\n"
+         ">sp|P00044|CYC1_YEAST\nCCHHHHCCCCHHHHHHHHCCCEEECCCCCC\n"}},
+       "-q -f svg --ss cyc.ss.fa cyc.fa -o out.svg",
+       0,
+       "",
+       "",
+       python(R"py(import sys, xml.etree.ElementTree as ET
+root = ET.parse("out.svg").getroot()
+ids = [e.text for e in root.iter() if e.get("class") == "id"]
+cyc7 = [e for e in root.iter() if e.get("class") == "helix" and e.get("data-seq") == "sp|P00045|CYC7_YEAST"]
+if ids != ["sp|P00045|CYC7_YEAST", "sp|P00044|CYC1_YEAST"] or len(cyc7) != 3:
+    sys.exit(f"ids {ids}, {len(cyc7)} helices of CYC7_YEAST")
+)py")},
+      {"4: drew the README's example in hydrophobicity colours: block starts 121 and 181 whole, black letters "
+       "readable on every cell colour (contrast at least 4.5)",
+       {},
+       "-q -f svg --colour hydrophobicity --ss " + example("gluts.ss.fa") + " " + example("gluts.fa") + " -o out.svg",
+       0,
+       "",
+       "",
+       python(R"py(import sys, xml.etree.ElementTree as ET
+root = ET.parse("out.svg").getroot()
+starts = [(e.text, e.get("x")) for e in root.iter() if e.get("class") == "rul first"]
+def contrast_with_black(colour):
+    rgb = [int(colour[k:k + 2], 16) / 255 for k in (1, 3, 5)]
+    lin = [c / 12.92 if c <= 0.04045 else ((c + 0.055) / 1.055) ** 2.4 for c in rgb]
+    return (0.2126 * lin[0] + 0.7152 * lin[1] + 0.0722 * lin[2] + 0.05) / 0.05
+cells = {e.get("stroke") for e in root.iter() if e.get("stroke")}
+dark = sorted(c for c in cells if contrast_with_black(c) < 4.5)
+if starts != [("1", "0"), ("61", "0"), ("121", "0"), ("181", "0")] or dark or len(cells) < 10:
+    sys.exit(f"block starts {starts}; too dark for black letters: {dark}")
+)py")},
   };
   // Rows that run mkdssp say so first; without it they are left out.
   for (const UserRow& row : rows)

@@ -69,12 +69,14 @@ std::size_t count_of(const std::string& text, const std::string& part) {
   return count;
 }
 
-ViewRow row_of(const std::string& id, const std::string& residues, const std::string& structure,
+// The row of the sequence `name`, with the report's id cut from it as the
+// report cuts ids (12 characters, the last two a number).
+ViewRow row_of(const std::string& name, const std::string& residues, const std::string& structure,
                bool hasStructure = true) {
   ViewRow row;
-  row.id = id;
-  row.name = id;
-  row.header = id;
+  row.id = name.size() <= 12 ? name : name.substr(0, 10) + "~1";
+  row.name = name;
+  row.header = name + " a protein";
   row.residues = residues;
   row.structure = structure;
   row.groups = std::string(residues.size(), '-');
@@ -111,6 +113,10 @@ TEST(PictureWriter, OneElementPerHelixAndStrand) {
        60,
        {"helix c 2-3 1"}},
       {"ids escaped", {row_of("x&<y", "ACD", "HHH")}, 60, {"helix x&amp;&lt;y 1-3 1"}},
+      {"the input's whole id, not the report's 12 characters",
+       {row_of("sp|P00045|CYC7_YEAST", "ACD", "HHH")},
+       60,
+       {"helix sp|P00045|CYC7_YEAST 1-3 1"}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -149,9 +155,66 @@ TEST(PictureWriter, HoverDataAndMarks) {
   const std::string svg = written("svg", view);
   EXPECT_NE(svg.find("{id:\"p1\",r:\"MK-VL\",s:\"HH.CC\",g:\"1*-**\"},"), std::string::npos);
   EXPECT_NE(svg.find("{id:\"x\\u0026\\u003cy\\\"\",r:\"ACD--\",n:[0,101,102,103]},"), std::string::npos);
-  EXPECT_NE(svg.find("<path class=\"anchor\" d=\"M1 27h8v12h-8z\"/>"), std::string::npos);
-  EXPECT_NE(svg.find("<path class=\"grp\" d=\"M10 39h10M30 39h20\"/>"), std::string::npos);
+  EXPECT_NE(svg.find("<path class=\"anchor\" d=\"M1 32h8v12h-8z\"/>"), std::string::npos);
+  EXPECT_NE(svg.find("<path class=\"grp\" d=\"M10 44h10M30 44h20\"/>"), std::string::npos);
   EXPECT_EQ(svg.find("date"), std::string::npos);
+}
+
+// The id pane shows every id whole (as wide as the longest) or, beyond 40
+// characters, its start and end, unless two would then look alike; the
+// hover texts name the whole id. A block's first column number starts at
+// its left edge, and a tenth column's number too close to it is left out.
+TEST(PictureWriter, IdPaneAndRulers) {
+  const std::string longId = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHI";  // 45 characters
+  const std::string twinA = "abcdefghijklmnopqrs_one_tail_of_the_two_twins";
+  const std::string twinB = "abcdefghijklmnopqrs_two_tail_of_the_two_twins";
+  const std::string residues(130, 'A');
+  const struct {
+    const char* what;
+    std::vector<std::string> names;
+    int width, blockWidth;
+    std::vector<std::string> expected;  // parts of the SVG, in order
+    std::vector<std::string> absent;
+  } cases[] = {
+      {"UniProt ids whole, the pane as wide as the longest (16 + 20 x 7.3 + 10 + 48)",
+       {"sp|P00045|CYC7_YEAST", "sp|P00044|CYC1_YEAST"},
+       1,
+       60,
+       {"width=\"220\"", ">sp|P00045|CYC7_YEAST<title>sp|P00045|CYC7_YEAST a protein</title>",
+        ">sp|P00044|CYC1_YEAST<title>", "{id:\"sp|P00045|CYC7_YEAST\"", "{id:\"sp|P00044|CYC1_YEAST\""},
+       {"~"}},
+      {"a long id shortened; two alike when shortened shown whole",
+       {longId, twinA, twinB},
+       1,
+       60,
+       {">abcdefghijklmnopqrs\xe2\x80\xa6z0123456789ABCDEFGHI<title>", ">" + twinA + "<title>", ">" + twinB + "<title>",
+        "{id:\"" + longId + "\""},
+       {}},
+      {"three-digit block starts whole, a tenth column's number beside one left out",
+       {"a"},
+       130,
+       59,
+       {">1</text>", ">10</text>", ">50</text>", "<text class=\"rul first\" x=\"0\" y=\"11\">60</text>", ">70</text>",
+        "<text class=\"rul first\" x=\"0\" y=\"11\">119</text>", "<text class=\"rul\" x=\"115\" y=\"11\">130</text>"},
+       {">120<", "rul\" x=\"5\""}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    AlignmentView view;
+    view.width = c.width;
+    for (const std::string& name : c.names)
+      view.rows.push_back(row_of(name, residues.substr(0, static_cast<std::size_t>(c.width)),
+                                 std::string(static_cast<std::size_t>(c.width), 'X'), false));
+    view.consensus = residues.substr(0, static_cast<std::size_t>(c.width));
+    const std::string svg = written("svg", view, c.blockWidth);
+    std::size_t at = 0;
+    for (const std::string& part : c.expected) {
+      at = svg.find(part, at);
+      ASSERT_NE(at, std::string::npos) << part << "\nin\n" << svg;
+    }
+    for (const std::string& part : c.absent) EXPECT_EQ(svg.find(part), std::string::npos) << part;
+    EXPECT_EQ(count_of(svg, ">60</text>"), c.width >= 60 ? 1 : 0) << "a block's first column numbered once";
+  }
 }
 
 // The column confidence where users read it: a #=GC line in Stockholm, a
@@ -163,22 +226,26 @@ TEST(PictureWriter, ColumnConfidenceInStockholmAndPictures) {
     std::string confidence;
     std::vector<std::string> expected;  // parts of the output, in order
   } cases[] = {
-      {"stockholm", "", {"# STOCKHOLM 1.0\nseq1         ACDEFG\nseq2         AC-EFG\n//\n"}},
+      {"stockholm",
+       "",
+       {"# STOCKHOLM 1.0\n#=GS seq1 DE a protein\n#=GS seq2 DE a protein\nseq1         ACDEFG\nseq2         "
+        "AC-EFG\n//\n"}},
       {"stockholm",
        "975500",
-       {"# STOCKHOLM 1.0\nseq1            ACDEFG\nseq2            AC-EFG\n#=GC confidence 975500\n//\n"}},
-      {"svg", "", {"height=\"88\""}},
-      {"html", "", {"height=\"88\""}},
-      // Block: rows at 16 and 30, consensus 44, conservation 58, confidence
-      // 76 (bars up from 91); 0 a stub of 2, 9 the full 14; a path per digit.
+       {"# STOCKHOLM 1.0\n#=GS seq1 DE a protein\n#=GS seq2 DE a protein\nseq1            ACDEFG\nseq2            "
+        "AC-EFG\n#=GC confidence 975500\n//\n"}},
+      {"svg", "", {"height=\"92\""}},
+      {"html", "", {"height=\"92\""}},
+      // Block: rows at 16 and 30, consensus 48, conservation 62, confidence
+      // 80 (bars up from 95); 0 a stub of 2, 9 the full 14; a path per digit.
       {"svg",
        "975500",
-       {"height=\"106\"", ">confidence</text>",
-        "<g class=\"conf\"><path fill=\"#b5deab\" d=\"M41 91h18v-2h-18z\"/><path fill=\"#50a353\" "
-        "d=\"M21 91h18v-9h-18z\"/><path fill=\"#278038\" d=\"M11 91h8v-11h-8z\"/><path fill=\"#00501f\" "
-        "d=\"M1 91h8v-14h-8z\"/></g>",
-        "cy:76,ch:16,conf:\"975500\",", "\" of 9\""}},
-      {"html", "975500", {"the confidence of each column", "height=\"106\"", "<g class=\"conf\">"}},
+       {"height=\"110\"", ">confidence</text>",
+        "<g class=\"conf\"><path fill=\"#b5deab\" d=\"M41 95h18v-2h-18z\"/><path fill=\"#50a353\" "
+        "d=\"M21 95h18v-9h-18z\"/><path fill=\"#278038\" d=\"M11 95h8v-11h-8z\"/><path fill=\"#00501f\" "
+        "d=\"M1 95h8v-14h-8z\"/></g>",
+        "cy:80,ch:16,conf:\"975500\",", "\" of 9\""}},
+      {"html", "975500", {"the confidence of each column", "height=\"110\"", "<g class=\"conf\">"}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.format) + " " + c.confidence);
