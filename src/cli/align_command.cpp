@@ -238,46 +238,34 @@ PictureOptions picture_options(const AlignOptions& options, const PrintOptions& 
   return picture;
 }
 
+// The formats written from the alignment's view alone.
+struct ViewWriter {
+  OutFormat format;
+  void (*write)(std::FILE*, const AlignmentView&);
+};
+
+constexpr ViewWriter kViewWriters[] = {
+    {OutFormat::kFasta, write_fasta_alignment},         {OutFormat::kClustal, write_clustal_alignment},
+    {OutFormat::kStockholm, write_stockholm_alignment}, {OutFormat::kMsf, write_msf_alignment},
+    {OutFormat::kPhylip, write_phylip_alignment},       {OutFormat::kA2m, write_a2m_alignment},
+    {OutFormat::kMolvane, write_molvane_layout},
+};
+
 void write_result(const AlignOptions& options, const RunSettings& settings, const RunInput& input,
                   const RunResult& result, const std::string& confidence, std::FILE* stream) {
   AlignmentView view = malign_view(input.seqs, result.alignment, result.alignOrder, options.alignedOutputOrder ? 0 : 1,
                                    settings.consensusPercent);
   view.confidence = confidence;
+  for (const ViewWriter& writer : kViewWriters)
+    if (writer.format == options.outFormat) return writer.write(stream, view);
   const ScoreTable table = prepared_residue_table(settings);
   const PrintOptions print = run_print_options(settings, table);
-  switch (options.outFormat) {
-    case OutFormat::kFasta:
-      write_fasta_alignment(stream, view);
-      break;
-    case OutFormat::kClustal:
-      write_clustal_alignment(stream, view);
-      break;
-    case OutFormat::kStockholm:
-      write_stockholm_alignment(stream, view);
-      break;
-    case OutFormat::kMsf:
-      write_msf_alignment(stream, view);
-      break;
-    case OutFormat::kPhylip:
-      write_phylip_alignment(stream, view);
-      break;
-    case OutFormat::kA2m:
-      write_a2m_alignment(stream, view);
-      break;
-    case OutFormat::kMolvane:
-      write_molvane_layout(stream, view);
-      break;
-    case OutFormat::kHtml:
-      write_html_picture(stream, view, picture_options(options, print, true));
-      break;
-    case OutFormat::kSvg:
-      // No date, so that the same input gives the same drawing.
-      write_svg_picture(stream, view, picture_options(options, print, false));
-      break;
-    case OutFormat::kReport:
-      write_report_alignment(stream, settings, input, result);
-      break;
-  }
+  if (options.outFormat == OutFormat::kHtml)
+    return write_html_picture(stream, view, picture_options(options, print, true));
+  // No date, so that the same input gives the same drawing.
+  if (options.outFormat == OutFormat::kSvg)
+    return write_svg_picture(stream, view, picture_options(options, print, false));
+  write_report_alignment(stream, settings, input, result);
 }
 
 // ---- the strategy ----
