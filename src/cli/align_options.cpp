@@ -78,10 +78,8 @@ constexpr NamedValue<ColourScheme> kColourSchemes[] = {
 };
 
 constexpr NamedValue<RunMode> kModes[] = {
-    {"auto", RunMode::kAuto},
-    {"consistency", RunMode::kConsistency},
-    {"tree", RunMode::kTree},
-    {"designed", RunMode::kDesigned},
+    {"auto", RunMode::kAuto}, {"consistency", RunMode::kConsistency}, {"tree", RunMode::kTree},
+    {"fast", RunMode::kFast}, {"designed", RunMode::kDesigned},
 };
 
 std::string lower_case(std::string_view text) {
@@ -141,7 +139,7 @@ bool apply_value(const std::string& name, const std::string& value, AlignOptions
   } else if (name == "--mode") {
     const RunMode* mode = find_named(kModes, value);
     if (mode == nullptr) {
-      error = "--mode takes auto, consistency, tree or designed, not '" + value + "'";
+      error = "--mode takes auto, consistency, tree, fast or designed, not '" + value + "'";
       return false;
     }
     options.mode = *mode;
@@ -234,7 +232,8 @@ ParseResult parse_align_options(int argc, char** argv, AlignOptions& options, st
     error = "no input file given";
     return ParseResult::kUsageError;
   }
-  const bool newMode = options.mode == RunMode::kConsistency || options.mode == RunMode::kTree;
+  const bool newMode =
+      options.mode == RunMode::kConsistency || options.mode == RunMode::kTree || options.mode == RunMode::kFast;
   if (newMode && options.outFormat == OutFormat::kReport) {
     error = "-f report shows the designed strategy's run; use it with --mode designed (or auto)";
     return ParseResult::kUsageError;

@@ -11,7 +11,9 @@
 #include "treealign/column_confidence.hpp"
 #include "treealign/group_align.hpp"
 #include "treealign/guide_tree.hpp"
+#include "treealign/kmer_tree.hpp"
 #include "treealign/pair_library.hpp"
+#include "treealign/profile_joins.hpp"
 
 namespace {
 
@@ -140,6 +142,32 @@ void fill_result(const Group& alignment, std::span<const SeqRecord> seqs, const 
   result.order = rowOrder;
 }
 
+JoinContext join_context(const RunSettings& settings, const ScoreTable& table, std::span<const SeqCodes> codes,
+                         std::span<const std::int64_t> weights, const PairLibrary* library,
+                         const TreeAlignOptions& options) {
+  JoinContext context{codes, weights, library, {}, {}};
+  context.scoring.wtTable = table;
+  context.scoring.ssTable = settings.ssMatrix;
+  context.scoring.gapOpen = settings.gapPen;
+  context.scoring.gapLength = settings.gapSizePen;
+  context.scoring.tableWeight = options.tableWeight;
+  return context;
+}
+
+void run_fast_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
+                    TreeAlignResult& result, const TreeAlignProgress& progress) {
+  const ScoreTable table = prepared_residue_table(settings);
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kWordTree);
+  const GuideTree tree = kmer_tree(seqs, options.threads);
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
+  std::vector<SeqCodes> codes;
+  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
+  const std::vector<std::int64_t> weights = tree_weights(tree);
+  const JoinContext context = join_context(settings, table, codes, weights, nullptr, options);
+  const Group alignment = join_profiles_up_tree(context, tree, seqs, options.threads);
+  fill_result(alignment, seqs, tree_leaves(tree, tree.root), result);
+}
+
 void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
                     TreeAlignResult& result, const TreeAlignProgress& progress) {
   const int n = static_cast<int>(seqs.size());
@@ -158,12 +186,7 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
   const std::vector<std::int64_t> weights = tree_weights(tree);
-  JoinContext context{codes, weights, &library, {}, {}};
-  context.scoring.wtTable = table;
-  context.scoring.ssTable = settings.ssMatrix;
-  context.scoring.gapOpen = settings.gapPen;
-  context.scoring.gapLength = settings.gapSizePen;
-  context.scoring.tableWeight = options.tableWeight;
+  JoinContext context = join_context(settings, table, codes, weights, &library, options);
   if (options.mode == TreeMode::kConsistency) {
     context.scoring.libraryWeight = options.libraryWeight;
     context.thirds = third_sequences(tree, n, options.maxThirds);
@@ -184,5 +207,10 @@ std::optional<Failure> tree_align(const RunSettings& settings, std::span<const S
                                   const TreeAlignProgress& progress) {
   result = TreeAlignResult();
   if (seqs.empty()) return std::nullopt;
-  return capture_failure("main", [&] { run_tree_align(settings, seqs, options, result, progress); });
+  return capture_failure("main", [&] {
+    if (options.mode == TreeMode::kFast)
+      run_fast_align(settings, seqs, options, result, progress);
+    else
+      run_tree_align(settings, seqs, options, result, progress);
+  });
 }
