@@ -192,6 +192,24 @@ GroupProfile group_profile(const JoinContext& context, const Group& group) {
   return profile;
 }
 
+// A side's gap charges where opening a gap costs only the share of the
+// members that have residues on both sides of it (the others' gaps just grow).
+std::vector<std::int32_t> occupancy_charges(const GroupProfile& profile, int gapOpen) {
+  const std::size_t len = static_cast<std::size_t>(profile.len);
+  std::vector<double> occupied(len, 0.0);
+  for (std::size_t c = 0; c < len; ++c) {
+    std::int64_t filled = 0;
+    for (int x = 0; x < kCodes; ++x) filled += profile.res[at(c, kCodes, x)];
+    occupied[c] = static_cast<double>(filled) / static_cast<double>(std::max<std::int64_t>(profile.weight, 1));
+  }
+  std::vector<std::int32_t> charges = profile.groupPen;
+  for (std::size_t c = 0; c < len; ++c) {
+    const double opening = c > 0 ? std::min(occupied[c - 1], occupied[c]) : occupied[c];
+    charges[c] -= static_cast<std::int32_t>(std::llround(gapOpen * (1.0 - opening)));
+  }
+  return charges;
+}
+
 JoinPath align_profiles(const JoinContext& context, const GroupProfile& pa, const GroupProfile& pb, const Group* groupA,
                         const Group* groupB) {
   const GroupScoring& scoring = context.scoring;
@@ -201,9 +219,17 @@ JoinPath align_profiles(const JoinContext& context, const GroupProfile& pa, cons
   std::vector<char> first(static_cast<std::size_t>(room) + 1, '\0'), second(static_cast<std::size_t>(room) + 1, '\0');
   StepWorkspace ws;
   int len = 0;
-  const AlignStatus status = align_profile_step(
-      ws, active_kernel(), scores.data(), pa.len, pb.len, ta.structPen.data(), tb.structPen.data(), pa.groupPen.data(),
-      pb.groupPen.data(), scoring.gapOpen * scoring.scale, scoring.gapLength * scoring.scale, first, second, room, len);
+  const int gapOpen = scoring.gapOpen * scoring.scale;
+  std::vector<std::int32_t> chargesA, chargesB;
+  if (scoring.gapsByOccupancy) {
+    chargesA = occupancy_charges(pa, gapOpen);
+    chargesB = occupancy_charges(pb, gapOpen);
+  }
+  const std::int32_t* rowCharges = scoring.gapsByOccupancy ? chargesA.data() : pa.groupPen.data();
+  const std::int32_t* colCharges = scoring.gapsByOccupancy ? chargesB.data() : pb.groupPen.data();
+  const AlignStatus status =
+      align_profile_step(ws, active_kernel(), scores.data(), pa.len, pb.len, ta.structPen.data(), tb.structPen.data(),
+                         rowCharges, colCharges, gapOpen, scoring.gapLength * scoring.scale, first, second, room, len);
   if (align_failed(status)) report_align_fault(status);
   return {len, new_columns(first, len, pa.len), new_columns(second, len, pb.len)};
 }

@@ -29,6 +29,9 @@ struct GroupScoring {
   int scale = 16;                   // integer score units per table unit
   double tableWeight = 1.0;         // share of the substitution scores
   double libraryWeight = 0.0;       // table units a fully supported residue pair adds (0: no consistency)
+  // Opening a gap costs only its share of members that would open one (in
+  // large runs, where most columns are partly gaps).
+  bool gapsByOccupancy = false;
 };
 
 // What every join of one run reads.

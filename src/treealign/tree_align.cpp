@@ -163,7 +163,8 @@ void run_fast_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   std::vector<SeqCodes> codes;
   for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
   const std::vector<std::int64_t> weights = tree_weights(tree);
-  const JoinContext context = join_context(settings, table, codes, weights, nullptr, options);
+  JoinContext context = join_context(settings, table, codes, weights, nullptr, options);
+  context.scoring.gapsByOccupancy = true;
   const Group alignment = join_profiles_up_tree(context, tree, seqs, options.threads);
   fill_result(alignment, seqs, tree_leaves(tree, tree.root), result);
 }
