@@ -270,8 +270,9 @@ void write_result(const AlignOptions& options, const RunSettings& settings, cons
 
 // ---- the strategy ----
 
-// Consistency scoring costs about n^3 residue look-ups; above this many
-// sequences auto takes the tree alone, which stays within the time targets.
+// Consistency scoring costs about n^3 residue look-ups, and aligning every
+// pair n^2; above this many sequences auto takes the fast mode, whose tree
+// needs no pair aligned and whose joins cost the same whatever their size.
 constexpr int kConsistencyMostSeqs = 400;
 
 bool designed_wanted(const AlignOptions& options) {
@@ -289,14 +290,15 @@ RunMode chosen_mode(const AlignOptions& options, int seqs, const ProgressState& 
   }
   if (options.mode != RunMode::kAuto) return options.mode;
   const bool small = seqs <= kConsistencyMostSeqs;
-  note(progress, std::string("mode ") + (small ? "consistency" : "tree") + " (" + std::to_string(seqs) +
+  note(progress, std::string("mode ") + (small ? "consistency" : "fast") + " (" + std::to_string(seqs) +
                      " sequences; consistency up to " + std::to_string(kConsistencyMostSeqs) + ")");
-  return small ? RunMode::kConsistency : RunMode::kTree;
+  return small ? RunMode::kConsistency : RunMode::kFast;
 }
 
 void on_tree_stage(ProgressState& progress, TreeStage stage) {
   end_stage(progress);
   if (stage == TreeStage::kPairs) start_stage(progress, "pairwise alignments");
+  if (stage == TreeStage::kWordTree) start_stage(progress, "guide tree from shared words");
   if (stage == TreeStage::kJoins) start_stage(progress, "joins up the guide tree");
   if (stage == TreeStage::kRefine) start_stage(progress, "refinement");
 }
@@ -304,7 +306,9 @@ void on_tree_stage(ProgressState& progress, TreeStage stage) {
 void run_tree_mode(RunMode mode, const RunSettings& settings, const RunInput& run, ProgressState& progress,
                    RunResult& result, std::string& confidence) {
   TreeAlignOptions options;
-  options.mode = mode == RunMode::kTree ? TreeMode::kTree : TreeMode::kConsistency;
+  options.mode = mode == RunMode::kTree   ? TreeMode::kTree
+                 : mode == RunMode::kFast ? TreeMode::kFast
+                                          : TreeMode::kConsistency;
   options.threads = settings.threads;
   TreeAlignProgress callbacks;
   callbacks.stageStarted = [&](TreeStage stage) { on_tree_stage(progress, stage); };

@@ -8,9 +8,9 @@
 
 enum class OutFormat { kFasta, kClustal, kStockholm, kMsf, kPhylip, kA2m, kReport, kMolvane, kHtml, kSvg };
 
-// How the alignment is built: auto picks consistency or tree by the input's
+// How the alignment is built: auto picks consistency or fast by the input's
 // size; designed is the strategy of ravlin and ravlin-batch.
-enum class RunMode { kAuto, kConsistency, kTree, kDesigned };
+enum class RunMode { kAuto, kConsistency, kTree, kFast, kDesigned };
 
 struct AlignOptions {
   std::string input;                      // a file, or "-" for standard input

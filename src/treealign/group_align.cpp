@@ -19,61 +19,27 @@ constexpr int kCodes = kOtherCode + 1;  // residue and structure codes 0 .. 26
 
 std::size_t at(std::size_t row, std::size_t width, std::size_t col) { return row * width + col; }
 
-// One side of a join, column by column.
-struct ColumnProfile {
-  int len = 0;
-  std::int64_t weight = 0;                                                 // the members' weights summed
-  std::int64_t ssWeight = 0;                                               // the same over members with structure
-  std::vector<std::int64_t> res, ss;                                       // weighted code counts, len x kCodes
+// What the scores and the kernel read of one side, derived from its profile.
+struct SideTerms {
   std::vector<std::int32_t> structPen;                                     // scaled
-  std::vector<std::int32_t> groupPen;                                      // scaled
-  std::vector<char> anchor;                                                // an anchor digit in the column, or 0
   std::vector<std::vector<std::pair<int, std::int64_t>>> resList, ssList;  // non-zero counts
 };
 
-ColumnProfile column_profile(const JoinContext& context, const Group& group) {
-  const int scale = context.scoring.scale;
-  ColumnProfile profile;
-  profile.len = group.len;
-  const std::size_t len = static_cast<std::size_t>(group.len);
-  profile.res.assign(len * kCodes, 0);
-  profile.ss.assign(len * kCodes, 0);
-  std::vector<std::int64_t> penSum(len, 0);
-  profile.groupPen.assign(len, 0);
-  profile.anchor.assign(len, 0);
-  for (std::size_t k = 0; k < group.members.size(); ++k) {
-    const int seq = group.members[k];
-    const SeqCodes& codes = context.codes[static_cast<std::size_t>(seq)];
-    const std::int64_t w = context.weights[static_cast<std::size_t>(seq)];
-    const std::vector<std::int32_t>& cols = group.cols[k];
-    profile.weight += w;
-    if (codes.hasSs) profile.ssWeight += w;
-    for (std::size_t x = 0; x < cols.size(); ++x) {
-      const std::size_t c = static_cast<std::size_t>(cols[x]);
-      profile.res[at(c, kCodes, static_cast<std::size_t>(codes.res[x]))] += w;
-      if (codes.hasSs) {
-        profile.ss[at(c, kCodes, static_cast<std::size_t>(codes.ss[x]))] += w;
-        penSum[c] += w * codes.structPen[x];
-      }
-      if (codes.anchor[x] != 0 && profile.anchor[c] == 0) profile.anchor[c] = codes.anchor[x];
-      // A gap-free group: no column may open between its residues.
-      if (codes.inGroup[x] != 0 && x > 0)
-        for (std::size_t g = static_cast<std::size_t>(cols[x - 1]) + 1; g <= c; ++g)
-          profile.groupPen[g] = kGroupPen * scale;
-    }
-  }
-  profile.structPen.assign(len, 0);
+SideTerms side_terms(const GroupProfile& profile, int scale) {
+  const std::size_t len = static_cast<std::size_t>(profile.len);
+  SideTerms terms;
+  terms.structPen.assign(len, 0);
   if (profile.ssWeight > 0)
     for (std::size_t c = 0; c < len; ++c)
-      profile.structPen[c] = static_cast<std::int32_t>(penSum[c] * scale / profile.ssWeight);
-  profile.resList.resize(len);
-  profile.ssList.resize(len);
+      terms.structPen[c] = static_cast<std::int32_t>(profile.penSum[c] * scale / profile.ssWeight);
+  terms.resList.resize(len);
+  terms.ssList.resize(len);
   for (std::size_t c = 0; c < len; ++c)
     for (int x = 0; x < kCodes; ++x) {
-      if (profile.res[at(c, kCodes, x)] != 0) profile.resList[c].emplace_back(x, profile.res[at(c, kCodes, x)]);
-      if (profile.ss[at(c, kCodes, x)] != 0) profile.ssList[c].emplace_back(x, profile.ss[at(c, kCodes, x)]);
+      if (profile.res[at(c, kCodes, x)] != 0) terms.resList[c].emplace_back(x, profile.res[at(c, kCodes, x)]);
+      if (profile.ss[at(c, kCodes, x)] != 0) terms.ssList[c].emplace_back(x, profile.ss[at(c, kCodes, x)]);
     }
-  return profile;
+  return terms;
 }
 
 // Per column of the column side: each code's table score against the column,
@@ -131,16 +97,17 @@ std::vector<std::int64_t> library_support(const JoinContext& context, const Grou
   return support;
 }
 
-std::vector<std::int32_t> join_scores(const JoinContext& context, const Group& a, const Group& b,
-                                      const ColumnProfile& pa, const ColumnProfile& pb) {
+std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupProfile& pa, const GroupProfile& pb,
+                                      const SideTerms& ta, const Group* a, const Group* b) {
   const GroupScoring& scoring = context.scoring;
-  const std::size_t rows = static_cast<std::size_t>(a.len), cols = static_cast<std::size_t>(b.len);
+  const std::size_t rows = static_cast<std::size_t>(pa.len), cols = static_cast<std::size_t>(pb.len);
   std::vector<std::int32_t> scores = checked_vector<std::int32_t>(rows * cols, "join scores");
-  const std::vector<std::int64_t> resB = scored_against(scoring.wtTable, pb.res, b.len);
-  const std::vector<std::int64_t> ssB = scored_against(scoring.ssTable, pb.ss, b.len);
+  const std::vector<std::int64_t> resB = scored_against(scoring.wtTable, pb.res, pb.len);
+  const std::vector<std::int64_t> ssB = scored_against(scoring.ssTable, pb.ss, pb.len);
   std::vector<std::int64_t> support;
-  const bool withLibrary = scoring.libraryWeight > 0 && context.library != nullptr && context.library->keepsMaps;
-  if (withLibrary) support = library_support(context, a, b);
+  const bool withLibrary = scoring.libraryWeight > 0 && context.library != nullptr && context.library->keepsMaps &&
+                           a != nullptr && b != nullptr;
+  if (withLibrary) support = library_support(context, *a, *b);
   const double pairWeight = static_cast<double>(pa.weight) * static_cast<double>(pb.weight);
   const double tableFactor = scoring.scale * scoring.tableWeight / pairWeight;
   const double libraryFactor = scoring.scale * scoring.libraryWeight /
@@ -149,8 +116,8 @@ std::vector<std::int32_t> join_scores(const JoinContext& context, const Group& a
     std::int32_t* out = scores.data() + p * cols;
     for (std::size_t q = 0; q < cols; ++q) {
       std::int64_t sum = 0;
-      for (const auto& [x, n] : pa.resList[p]) sum += n * resB[at(q, kCodes, static_cast<std::size_t>(x))];
-      for (const auto& [x, n] : pa.ssList[p]) sum += n * ssB[at(q, kCodes, static_cast<std::size_t>(x))];
+      for (const auto& [x, n] : ta.resList[p]) sum += n * resB[at(q, kCodes, static_cast<std::size_t>(x))];
+      for (const auto& [x, n] : ta.ssList[p]) sum += n * ssB[at(q, kCodes, static_cast<std::size_t>(x))];
       double value = tableFactor * static_cast<double>(sum);
       if (withLibrary) value += libraryFactor * static_cast<double>(support[p * cols + q]);
       std::int64_t score = std::llround(value);
@@ -203,22 +170,121 @@ Group group_of_rows(std::span<const int> seqs, std::span<const std::string> rows
   return group;
 }
 
-Group join_groups(const JoinContext& context, const Group& a, const Group& b) {
-  const ColumnProfile pa = column_profile(context, a), pb = column_profile(context, b);
-  const std::vector<std::int32_t> scores = join_scores(context, a, b, pa, pb);
-  const int room = a.len + b.len;
+GroupProfile group_profile(const JoinContext& context, const Group& group) {
+  const int scale = context.scoring.scale;
+  GroupProfile profile;
+  profile.len = group.len;
+  const std::size_t len = static_cast<std::size_t>(group.len);
+  profile.res.assign(len * kCodes, 0);
+  profile.ss.assign(len * kCodes, 0);
+  profile.penSum.assign(len, 0);
+  profile.groupPen.assign(len, 0);
+  profile.anchor.assign(len, 0);
+  for (std::size_t k = 0; k < group.members.size(); ++k) {
+    const int seq = group.members[k];
+    const SeqCodes& codes = context.codes[static_cast<std::size_t>(seq)];
+    const std::int64_t w = context.weights[static_cast<std::size_t>(seq)];
+    const std::vector<std::int32_t>& cols = group.cols[k];
+    profile.weight += w;
+    if (codes.hasSs) profile.ssWeight += w;
+    for (std::size_t x = 0; x < cols.size(); ++x) {
+      const std::size_t c = static_cast<std::size_t>(cols[x]);
+      profile.res[at(c, kCodes, static_cast<std::size_t>(codes.res[x]))] += w;
+      if (codes.hasSs) {
+        profile.ss[at(c, kCodes, static_cast<std::size_t>(codes.ss[x]))] += w;
+        profile.penSum[c] += w * codes.structPen[x];
+      }
+      if (codes.anchor[x] != 0 && profile.anchor[c] == 0) profile.anchor[c] = codes.anchor[x];
+      // A gap-free group: no column may open between its residues.
+      if (codes.inGroup[x] != 0 && x > 0)
+        for (std::size_t g = static_cast<std::size_t>(cols[x - 1]) + 1; g <= c; ++g)
+          profile.groupPen[g] = kGroupPen * scale;
+    }
+  }
+  return profile;
+}
+
+// A side's gap charges where opening a gap costs only the share of the
+// members that have residues on both sides of it (the others' gaps just grow).
+std::vector<std::int32_t> occupancy_charges(const GroupProfile& profile, int gapOpen) {
+  const std::size_t len = static_cast<std::size_t>(profile.len);
+  std::vector<double> occupied(len, 0.0);
+  for (std::size_t c = 0; c < len; ++c) {
+    std::int64_t filled = 0;
+    for (int x = 0; x < kCodes; ++x) filled += profile.res[at(c, kCodes, x)];
+    occupied[c] = static_cast<double>(filled) / static_cast<double>(std::max<std::int64_t>(profile.weight, 1));
+  }
+  std::vector<std::int32_t> charges = profile.groupPen;
+  for (std::size_t c = 0; c < len; ++c) {
+    const double opening = c > 0 ? std::min(occupied[c - 1], occupied[c]) : occupied[c];
+    charges[c] -= static_cast<std::int32_t>(std::llround(gapOpen * (1.0 - opening)));
+  }
+  return charges;
+}
+
+JoinPath align_profiles(const JoinContext& context, const GroupProfile& pa, const GroupProfile& pb, const Group* groupA,
+                        const Group* groupB) {
+  const GroupScoring& scoring = context.scoring;
+  const SideTerms ta = side_terms(pa, scoring.scale), tb = side_terms(pb, scoring.scale);
+  const std::vector<std::int32_t> scores = join_scores(context, pa, pb, ta, groupA, groupB);
+  const int room = pa.len + pb.len;
   std::vector<char> first(static_cast<std::size_t>(room) + 1, '\0'), second(static_cast<std::size_t>(room) + 1, '\0');
   StepWorkspace ws;
   int len = 0;
-  const GroupScoring& scoring = context.scoring;
-  const AlignStatus status = align_profile_step(
-      ws, active_kernel(), scores.data(), a.len, b.len, pa.structPen.data(), pb.structPen.data(), pa.groupPen.data(),
-      pb.groupPen.data(), scoring.gapOpen * scoring.scale, scoring.gapLength * scoring.scale, first, second, room, len);
+  const int gapOpen = scoring.gapOpen * scoring.scale;
+  std::vector<std::int32_t> chargesA, chargesB;
+  if (scoring.gapsByOccupancy) {
+    chargesA = occupancy_charges(pa, gapOpen);
+    chargesB = occupancy_charges(pb, gapOpen);
+  }
+  const std::int32_t* rowCharges = scoring.gapsByOccupancy ? chargesA.data() : pa.groupPen.data();
+  const std::int32_t* colCharges = scoring.gapsByOccupancy ? chargesB.data() : pb.groupPen.data();
+  const AlignStatus status =
+      align_profile_step(ws, active_kernel(), scores.data(), pa.len, pb.len, ta.structPen.data(), tb.structPen.data(),
+                         rowCharges, colCharges, gapOpen, scoring.gapLength * scoring.scale, first, second, room, len);
   if (align_failed(status)) report_align_fault(status);
+  return {len, new_columns(first, len, pa.len), new_columns(second, len, pb.len)};
+}
+
+Group join_groups(const JoinContext& context, const Group& a, const Group& b) {
+  const JoinPath path = align_profiles(context, group_profile(context, a), group_profile(context, b), &a, &b);
   Group joined;
-  joined.len = len;
-  add_members(joined, a, new_columns(first, len, a.len));
-  add_members(joined, b, new_columns(second, len, b.len));
+  joined.len = path.len;
+  add_members(joined, a, path.toA);
+  add_members(joined, b, path.toB);
+  return joined;
+}
+
+GroupProfile joined_profile(const GroupProfile& a, const GroupProfile& b, const JoinPath& path) {
+  const std::size_t len = static_cast<std::size_t>(path.len);
+  GroupProfile joined;
+  joined.len = path.len;
+  joined.weight = a.weight + b.weight;
+  joined.ssWeight = a.ssWeight + b.ssWeight;
+  joined.res.assign(len * kCodes, 0);
+  joined.ss.assign(len * kCodes, 0);
+  joined.penSum.assign(len, 0);
+  joined.groupPen.assign(len, 0);
+  joined.anchor.assign(len, 0);
+  // a's members come first, so a's anchor digit wins a column.
+  for (const GroupProfile* side : {&a, &b}) {
+    const std::vector<std::int32_t>& to = side == &a ? path.toA : path.toB;
+    std::size_t next = 0;  // the side's first column at or after t
+    for (std::size_t t = 0; t < len; ++t) {
+      while (next < to.size() && static_cast<std::size_t>(to[next]) < t) ++next;
+      if (next == to.size()) break;
+      // A column the side gained between two of its own lies inside every
+      // gap-free group that spans the column after it.
+      if (side->groupPen[next] != 0) joined.groupPen[t] = side->groupPen[next];
+      if (static_cast<std::size_t>(to[next]) != t) continue;
+      for (int x = 0; x < kCodes; ++x) {
+        joined.res[at(t, kCodes, x)] += side->res[at(next, kCodes, x)];
+        joined.ss[at(t, kCodes, x)] += side->ss[at(next, kCodes, x)];
+      }
+      joined.penSum[t] += side->penSum[next];
+      if (joined.anchor[t] == 0) joined.anchor[t] = side->anchor[next];
+    }
+  }
   return joined;
 }
 

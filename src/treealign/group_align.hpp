@@ -30,6 +30,9 @@ struct GroupScoring {
   int scale = 16;                   // integer score units per table unit
   double tableWeight = 1.0;         // share of the substitution scores
   double libraryWeight = 0.0;       // table units a fully supported residue pair adds (0: no consistency)
+  // Opening a gap costs only its share of members that would open one (in
+  // large runs, where most columns are partly gaps).
+  bool gapsByOccupancy = false;
 };
 
 // What every join of one run reads.
@@ -39,6 +42,24 @@ struct JoinContext {
   const PairLibrary* library = nullptr;   // maps needed when libraryWeight > 0
   std::vector<int> thirds;                // sequences the library is extended through
   GroupScoring scoring;
+};
+
+// What a join reads of one side, column by column: built from a group's
+// members, or (in large runs) carried from join to join without them.
+struct GroupProfile {
+  int len = 0;
+  std::int64_t weight = 0;             // the members' weights summed
+  std::int64_t ssWeight = 0;           // the same over members with structure
+  std::vector<std::int64_t> res, ss;   // weighted code counts, len x 27
+  std::vector<std::int64_t> penSum;    // weighted structure penalties of members with structure
+  std::vector<std::int32_t> groupPen;  // scaled gap charge where a gap-free group forbids a gap
+  std::vector<char> anchor;            // an anchor digit in the column (the first member's), or 0
+};
+
+// Where each column of the two sides went in their join.
+struct JoinPath {
+  int len = 0;
+  std::vector<std::int32_t> toA, toB;
 };
 
 // A group of one sequence.
@@ -51,6 +72,18 @@ Group group_of_rows(std::span<const int> seqs, std::span<const std::string> rows
 // In: two groups of disjoint members. Out: one group holding both; a
 // kernel fault (exhausted memory) is raised.
 Group join_groups(const JoinContext& context, const Group& a, const Group& b);
+
+// The profile of a group's members.
+GroupProfile group_profile(const JoinContext& context, const Group& group);
+
+// In: the two sides' profiles; their groups when the library scores the
+// join (else null). Out: the join's path; a kernel fault is raised.
+JoinPath align_profiles(const JoinContext& context, const GroupProfile& a, const GroupProfile& b, const Group* groupA,
+                        const Group* groupB);
+
+// The profile of the joined group, the same as group_profile of its members
+// would give, in time linear in the columns.
+GroupProfile joined_profile(const GroupProfile& a, const GroupProfile& b, const JoinPath& path);
 
 // The part of a group made of the given members (in the group's order), its
 // columns without any of their residues removed.

@@ -11,7 +11,9 @@
 #include "treealign/column_confidence.hpp"
 #include "treealign/group_align.hpp"
 #include "treealign/guide_tree.hpp"
+#include "treealign/kmer_tree.hpp"
 #include "treealign/pair_library.hpp"
+#include "treealign/profile_joins.hpp"
 
 namespace {
 
@@ -157,6 +159,20 @@ GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table,
   return scoring;
 }
 
+void run_fast_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
+                    TreeAlignResult& result, const TreeAlignProgress& progress) {
+  const ScoreTable table = prepared_residue_table(settings);
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kWordTree);
+  const GuideTree tree = kmer_tree(seqs, options.threads);
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
+  const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
+  const std::vector<std::int64_t> weights = tree_weights(tree);
+  JoinContext context{codes, weights, nullptr, {}, group_scoring(settings, table, options.tableWeight)};
+  context.scoring.gapsByOccupancy = true;
+  const Group alignment = join_profiles_up_tree(context, tree, seqs, options.threads);
+  fill_result(alignment, seqs, tree_leaves(tree, tree.root), result);
+}
+
 void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
                     TreeAlignResult& result, const TreeAlignProgress& progress) {
   const int n = static_cast<int>(seqs.size());
@@ -220,5 +236,10 @@ std::optional<Failure> tree_align(const RunSettings& settings, std::span<const S
                                   const TreeAlignProgress& progress) {
   result = TreeAlignResult();
   if (seqs.empty()) return std::nullopt;
-  return capture_failure("main", [&] { run_tree_align(settings, seqs, options, result, progress); });
+  return capture_failure("main", [&] {
+    if (options.mode == TreeMode::kFast)
+      run_fast_align(settings, seqs, options, result, progress);
+    else
+      run_tree_align(settings, seqs, options, result, progress);
+  });
 }

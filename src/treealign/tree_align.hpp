@@ -17,7 +17,9 @@
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
 
-enum class TreeMode { kTree, kConsistency };
+// kFast: the guide tree from shared words (no pair aligned), the joins up it
+// carrying profiles only; no refinement, no confidence.
+enum class TreeMode { kTree, kConsistency, kFast };
 
 struct TreeAlignOptions {
   TreeMode mode = TreeMode::kConsistency;
@@ -28,7 +30,7 @@ struct TreeAlignOptions {
   double libraryWeight = 40.0;
 };
 
-enum class TreeStage { kPairs, kJoins, kRefine };
+enum class TreeStage { kPairs, kWordTree, kJoins, kRefine };
 
 struct TreeAlignProgress {
   std::function<void(TreeStage)> stageStarted;

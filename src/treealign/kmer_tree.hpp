@@ -1,0 +1,32 @@
+// A guide tree for large families without aligning any pair: sequences
+// compared by the short words they share, each placed by its distances to a
+// few hundred seed sequences, the family split in two by those placements
+// until the parts are small, and each part joined by average linkage on its
+// members' word distances.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "seq/seq_record.hpp"
+#include "treealign/guide_tree.hpp"
+
+// Words of kKmerLength residues over six residue classes (AGPST, C, DENQ,
+// HKR, ILMV, FWY; any other letter ends a word), each distinct word with how
+// often it occurs, in word order.
+inline constexpr int kKmerLength = 4;
+struct KmerCount {
+  std::uint32_t word;
+  std::uint32_t count;
+};
+std::vector<KmerCount> kmer_counts(const std::string& residues);
+
+// 1 - shared / fewer, where shared sums the lesser count of each word the two
+// have, and fewer is the smaller of their word totals; 1 when either has none.
+double kmer_distance(std::span<const KmerCount> a, std::span<const KmerCount> b);
+
+// In: the sequences, workers. Out: a tree of the same shape of record as
+// upgma_tree gives (leaf k is sequence k), the same on any worker count.
+GuideTree kmer_tree(std::span<const SeqRecord> seqs, int threads);
