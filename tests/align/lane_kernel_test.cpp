@@ -116,24 +116,40 @@ std::string compare(EdgeSum edgeSum, Next next, std::int32_t start, const std::v
   return "";
 }
 
-void check_cases(KernelKind kind, unsigned seed, int count, int maxRows, int maxCols) {
+// Checks count random cases on the kernel's lanes or, for band, on its
+// banded kernel (one pair at a time) against the scalar reference.
+void check_cases(KernelKind kind, bool band, unsigned seed, int count, int maxRows, int maxCols) {
   std::mt19937 rng(seed);
-  LaneWorkspace ws;
+  LaneWorkspace lanes;
+  BandWorkspace bands;
   for (int n = 0; n < count; ++n) {
     const int style = n % static_cast<int>(std::size(kStyles));
-    const Case c = random_case(rng, kernel_lanes(kind), style, pick(rng, 1, maxRows), maxCols);
+    const Case c = random_case(rng, band ? 1 : kernel_lanes(kind), style, pick(rng, 1, maxRows), maxCols);
     std::vector<LaneOperand> views;
     for (const Operand& op : c.cols) views.push_back(op.view());
     const LaneOperand row = c.row.view();
-    ASSERT_FALSE(align_failed(sum_lanes(ws, kind, row, views, c.wt, c.ss, c.gapPen, c.gapSizePen)));
+    if (band) {
+      const Operand& col = c.cols[0];
+      Ints scores;
+      for (const SumCell& cell : reference(c, col, false)) scores.push_back(cell.score);
+      ASSERT_FALSE(
+          align_failed(sum_band(bands, kind, scores.data(), row.n, views[0].n, c.row.structPen.data(),
+                                col.structPen.data(), c.row.group.data(), col.group.data(), c.gapPen, c.gapSizePen)));
+    } else {
+      ASSERT_FALSE(align_failed(sum_lanes(lanes, kind, row, views, c.wt, c.ss, c.gapPen, c.gapSizePen)));
+    }
     for (std::size_t l = 0; l < c.cols.size(); ++l) {
       const int rows = row.n, cols = views[l].n;
       const int lane = static_cast<int>(l);
-      const std::string diff = compare([&](std::int32_t k) { return lane_edge_sum(ws, lane, k); },
-                                       [&](std::int32_t k) { return lane_next_cell(ws, lane, k); },
-                                       lane_path_start(ws, lane), reference(c, c.cols[l]), rows, cols);
-      ASSERT_EQ(diff, "") << kernel_name(kind) << " case " << n << " style " << style << " lane " << l << " of " << rows
-                          << " x " << cols;
+      const std::vector<SumCell> expected = reference(c, c.cols[l]);
+      const std::string diff = band ? compare([&](std::int32_t k) { return band_edge_sum(bands, k); },
+                                              [&](std::int32_t k) { return band_next_cell(bands, k); },
+                                              band_path_start(bands), expected, rows, cols)
+                                    : compare([&](std::int32_t k) { return lane_edge_sum(lanes, lane, k); },
+                                              [&](std::int32_t k) { return lane_next_cell(lanes, lane, k); },
+                                              lane_path_start(lanes, lane), expected, rows, cols);
+      ASSERT_EQ(diff, "") << kernel_name(kind) << (band ? " band" : "") << " case " << n << " style " << style
+                          << " lane " << l << " of " << rows << " x " << cols;
     }
   }
 }
@@ -152,45 +168,15 @@ void on_vector_kernels(Check check) {
 
 }  // namespace
 
-TEST(LaneKernel, AgreesWithTheScalarKernel) {
+TEST(LaneKernel, LanesAndBandsAgreeWithTheScalarKernel) {
   on_vector_kernels([](KernelKind kind) {
-    check_cases(kind, 11u, 600, 12, 12);  // small: every tie shape many times
-    check_cases(kind, 12u, 120, 70, 70);  // mid-sized, with long gaps
-    check_cases(kind, 13u, 3, 3000, 6);   // 3,000 rows against short columns
-    check_cases(kind, 14u, 3, 4, 3000);   // and the other way round
-  });
-}
-
-namespace {
-
-void check_band_cases(KernelKind kind, unsigned seed, int count, int maxRows, int maxCols) {
-  std::mt19937 rng(seed);
-  BandWorkspace ws;
-  for (int n = 0; n < count; ++n) {
-    const int style = n % static_cast<int>(std::size(kStyles));
-    const Case c = random_case(rng, 1, style, pick(rng, 1, maxRows), maxCols);
-    const Operand& col = c.cols[0];
-    const int rows = static_cast<int>(c.row.wt.size()), cols = static_cast<int>(col.wt.size());
-    Ints scores;
-    for (const SumCell& cell : reference(c, col, false)) scores.push_back(cell.score);
-    ASSERT_FALSE(
-        align_failed(sum_band(ws, kind, scores.data(), rows, cols, c.row.structPen.data(), col.structPen.data(),
-                              c.row.group.data(), col.group.data(), c.gapPen, c.gapSizePen)));
-    const std::string diff = compare([&](std::int32_t k) { return band_edge_sum(ws, k); },
-                                     [&](std::int32_t k) { return band_next_cell(ws, k); }, band_path_start(ws),
-                                     reference(c, col), rows, cols);
-    ASSERT_EQ(diff, "") << kernel_name(kind) << " band case " << n << " style " << style << " of " << rows << " x "
-                        << cols;
-  }
-}
-
-}  // namespace
-
-TEST(BandKernel, AgreesWithTheScalarKernel) {
-  on_vector_kernels([](KernelKind kind) {
-    check_band_cases(kind, 21u, 1500, 40, 12);  // bands of every fill, short rows
-    check_band_cases(kind, 22u, 150, 90, 90);
-    check_band_cases(kind, 23u, 2, 3000, 5);
-    check_band_cases(kind, 24u, 2, 5, 3000);
+    check_cases(kind, false, 11u, 600, 12, 12);  // small: every tie shape many times
+    check_cases(kind, false, 12u, 120, 70, 70);  // mid-sized, with long gaps
+    check_cases(kind, false, 13u, 3, 3000, 6);   // 3,000 rows against short columns
+    check_cases(kind, false, 14u, 3, 4, 3000);   // and the other way round
+    check_cases(kind, true, 21u, 1500, 40, 12);  // bands of every fill, short rows
+    check_cases(kind, true, 22u, 150, 90, 90);
+    check_cases(kind, true, 23u, 2, 3000, 5);
+    check_cases(kind, true, 24u, 2, 5, 3000);
   });
 }

@@ -53,21 +53,10 @@ const std::string kInsulinAdelT = "GIVEQCCSICSLY";
 
 }  // namespace
 
-TEST(PairAlign, SingleDeletionIsPlacedOppositeTheMissingResidue) {
-  // Skipping A's T costs 3 + 1 and leaves 13 matches: 78 - 4 = 74 at (0,0).
-  // Any other single gap keeps at least one mismatch (-7 against a match) and
-  // no gap (free end gaps either way) leaves six mismatches: 42 - 6 = 36.
-  // Percent: 13 x 6 achieved over 14 x 6 possible (the T faces a blank).
-  const AlignRecord r = align(make_seq(kInsulinA), make_seq(kInsulinAdelT));
-  EXPECT_EQ(r.numSeqs, 2);
-  EXPECT_EQ(r.alignLen, 14);
-  EXPECT_EQ(r.seqs[0].aRes, "GIVEQCCTSICSLY");
-  EXPECT_EQ(r.seqs[1].aRes, "GIVEQCC SICSLY");
-  EXPECT_EQ(std::pair(r.overlapStart, r.overlapEnd), std::pair(1, 14));
-  EXPECT_DOUBLE_EQ(r.pctHomol, 7800.0 / 84.0);
-  EXPECT_DOUBLE_EQ(r.alignScore, r.pctHomol);
-  EXPECT_TRUE(r.seqs[0].aSRes.empty() && r.seqs[1].aSRes.empty());
-
+// A single deletion placed opposite the missing residue, its percent over the
+// overlap and a score without structure are pinned by ravlin-batch's
+// hand-checked reports (SEQB against SEQA and SEQC).
+TEST(PairAlign, MissingOrShortStructureAlignsAsXFillers) {
   // A record without sRes, or with one shorter than its residues, aligns as
   // if the missing codes were 'X' fillers.
   SeqRecord a = make_seq(kInsulinA);

@@ -12,6 +12,7 @@
 
 namespace {
 
+using testsupport::count_of;
 using testsupport::RunResult;
 using testsupport::shell_quote;
 using testsupport::TempDir;
@@ -48,12 +49,6 @@ std::string with_probe(std::string picture, const std::string& points, const std
       " host.setAttribute('data-outside', outside); })();</script>\n";
   picture.insert(picture.rfind(picture.starts_with("<?xml") ? "</svg>" : "</body>"), probe);
   return picture;
-}
-
-int count_of(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-  return count;
 }
 
 TEST(PictureBrowser, PicturesShowResiduesAndStructure) {

@@ -32,12 +32,6 @@ std::string example(const std::string& name) { return shell_quote(testsupport::s
 // A read-back command: Python code run by the Debian python3.
 std::string python(const std::string& code) { return "/usr/bin/python3 -c " + shell_quote(code); }
 
-// Biopython reading FILE as FORMAT (its name for it) against in.fa.
-std::string read_back(const std::string& file, const std::string& format) {
-  return "/usr/bin/python3 " + shell_quote(testsupport::source_path("tests/cli/read_back.py").string()) + " " + file +
-         " " + format + " in.fa";
-}
-
 // Long ids, descriptions and more columns than one block of any format holds.
 const std::string kGlobins =
     ">HBA_HUMAN_P69905 Hemoglobin subunit alpha\n"
@@ -45,6 +39,16 @@ const std::string kGlobins =
     ">HBB_HUMAN_P68871 Hemoglobin subunit beta\n"
     "MVHLTPEEKSAVTALWGKVNVDEVGGEALGRLLVVYPWTQRFFESFGDLSTPDAVMGNPKVKAHGKKVLGAF\n"
     ">MYG_HUMAN\nMGLSDGEWQLVLNVWGKVEADIPGHGQEVLIRLFKGHPETLEKFDKFKHLKSEDEMKASEDLKKHGATVLTALGG\n";
+
+// A user asking for an output format by the name they typed: Biopython reads
+// the file back as FORMAT (its name for it) with in.fa's ids and residues.
+UserRow asked_for(const char* what, const std::string& typed, const std::string& file, const std::string& format) {
+  const std::string readBack =
+      "/usr/bin/python3 " + shell_quote(source_path("tests/cli/read_back.py").string()) + " " + file + " " + format;
+  UserRow row{what, {{"in.fa", kGlobins}}, "-q --outfmt " + typed + " -o " + file + " in.fa", 0, "", ""};
+  row.readBack = readBack + " in.fa";
+  return row;
+}
 
 // Hen lysozyme (1lzt), the protein of the shipped PDB entry 1dpx.
 const std::string k1lzt =
@@ -152,41 +156,11 @@ TEST(UserFiles, EachReportedProblemWorksAsUsersExpect) {
        0,
        ">a\nIVGGYTCGANTVPYQVSLNSGYHF\n>b\nIVGGYECGANSVPYQVSLNSGYHF\n",
        ""},
-      {"7: typed --outfmt clu",
-       {{"in.fa", kGlobins}},
-       "-q --outfmt clu -o out.aln in.fa",
-       0,
-       "",
-       "",
-       read_back("out.aln", "clustal")},
-      {"7: asked for MSF: GCG's checksums (EMBOSS's seqret writes the same)",
-       {{"in.fa", kGlobins}},
-       "-q --outfmt msf -o out.msf in.fa",
-       0,
-       "",
-       "",
-       read_back("out.msf", "msf")},
-      {"7: asked for PHYLIP with ids longer than 10",
-       {{"in.fa", kGlobins}},
-       "-q --outfmt phy -o out.phy in.fa",
-       0,
-       "",
-       "",
-       read_back("out.phy", "phylip-relaxed")},
-      {"7: asked for A2M",
-       {{"in.fa", kGlobins}},
-       "-q --outfmt a2m -o out.a2m in.fa",
-       0,
-       "",
-       "",
-       read_back("out.a2m", "a2m")},
-      {"9: typed --outfmt st: the descriptions on #=GS DE lines",
-       {{"in.fa", kGlobins}},
-       "-q --outfmt st -o out.sto in.fa",
-       0,
-       "",
-       "",
-       read_back("out.sto", "stockholm")},
+      asked_for("7: typed --outfmt clu", "clu", "out.aln", "clustal"),
+      asked_for("7: asked for MSF: GCG's checksums (EMBOSS's seqret writes the same)", "msf", "out.msf", "msf"),
+      asked_for("7: asked for PHYLIP with ids longer than 10", "phy", "out.phy", "phylip-relaxed"),
+      asked_for("7: asked for A2M", "a2m", "out.a2m", "a2m"),
+      asked_for("9: typed --outfmt st: the descriptions on #=GS DE lines", "st", "out.sto", "stockholm"),
       // The README's install step, then its commands with the installed programs and files.
       {"13: installed with cmake --install under a prefix of the user's choice",
        {},

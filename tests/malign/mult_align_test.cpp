@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "align/pair_align.hpp"
 #include "align/score_codes.hpp"
 #include "malign/run.hpp"
 #include "matrix/weight_matrix.hpp"
@@ -53,19 +52,6 @@ class MultAlignTest : public ::testing::Test {
   AlignRecord mar_;
 };
 
-// ACDEF against ACEF: the gap opposite D costs 3 + 1 and gains the E and F
-// matches (20 - 4 = 16 against 10 for the straight diagonal).
-TEST_F(MultAlignTest, TwoSequencesGiveThePairwiseAlignment) {
-  EXPECT_EQ(align({{"ACDEF"}, {"ACEF"}}, {0, 1}), (Rows{"ACDEF", "AC EF"}));
-  EXPECT_EQ(mar_.seqs[1].aSRes, "XX XX");
-  EXPECT_DOUBLE_EQ(mar_.pctHomol, 80.0);  // 4 x 5 over 5 x 5: D faces a gap
-  AlignRecord pair;
-  AlignWorkspace ws;
-  const PairParams params{&settings_.wtMatrix, &settings_.ssMatrix, 3, 1, 0, 0, 1, 0, 1};
-  ASSERT_FALSE(align_failed(align_pair(ws, pair, seqs_[0], seqs_[1], params)));
-  EXPECT_EQ((Rows{pair.seqs[0].aRes, pair.seqs[1].aRes}), (Rows{"ACDEF", "AC EF"}));
-}
-
 // Each row's residues can be checked by adding up the path sums by hand.
 TEST_F(MultAlignTest, GapsFollowThePenaltiesInForce) {
   const struct {
@@ -83,6 +69,7 @@ TEST_F(MultAlignTest, GapsFollowThePenaltiesInForce) {
        10, 0, 5, {{"ACEF", "HHHH"}, {"ACEF"}, {"ACDEF"}}, {"AC EF", "AC EF", "ACDEF"}},
       {"two helix members, 11 + 10 against 20",
        10, 0, 5, {{"ACEF", "HHHH"}, {"ACEF", "HHHH"}, {"ACDEF"}}, {"ACEF ", "ACEF ", "ACDEF"}},
+      // ACDEF against ACEF: the gap opposite D gains the E and F matches.
       {"the first addition uses the plain penalties however large incGapPen is: 8 + 1 against 10",
        8, 100, 0, {{"ACDEF"}, {"ACEF"}}, {"ACDEF", "AC EF"}},
       {"the second uses 16 raised once by 18 percent, truncated (18.88): 18 + 1 against 20",
@@ -113,35 +100,3 @@ TEST_F(MultAlignTest, AnchorsDrawResiduesIntoOneColumn) {
 }
 
 }  // namespace
-
-// The run as a whole: records without an id get one from their place in the
-// order, and a run whose alignment grows past the column limit hands the
-// failure back instead of ending the process.
-TEST_F(MultAlignTest, RunGivesDefaultIdsAndReturnsItsFailure) {
-  RunInput input;
-  for (const char* res : {"ACDEF", "ACEF", "ACDF"}) {
-    SeqRecord& seq = input.seqs.emplace_back();
-    seq.pRes = res, seq.numRes = static_cast<int>(seq.pRes.size());
-    fill_missing_fields(seq);
-  }
-  input.seqs[1].acc = "KEEP";
-  input.seqSelect = 4;  // input order
-  RunResult result;
-  ASSERT_EQ(align_run(settings_, input, result, {}), std::nullopt);
-  EXPECT_EQ(input.seqs[0].acc, "Seq_1");
-  EXPECT_EQ(input.seqs[1].acc, "KEEP");
-  EXPECT_EQ(input.seqs[2].acc, "Seq_3");
-  EXPECT_EQ(result.alignment.seqs[1].aRes, "AC EF");
-
-  // The A runs line up only with the W run of the second hanging over: 3,800 columns.
-  for (SeqRecord& seq : input.seqs) {
-    seq.pRes = std::string(&seq == &input.seqs[1] ? 1800 : 0, 'W') + std::string(2000, 'A');
-    seq.numRes = static_cast<int>(seq.pRes.size());
-    seq.sRes.reset(), seq.uRes.reset();
-    fill_missing_fields(seq);
-  }
-  const std::optional<Failure> failure = align_run(settings_, input, result, {});
-  ASSERT_TRUE(failure.has_value());
-  EXPECT_EQ(failure->kind, FailureKind::kAlignTooLong);
-  EXPECT_EQ(failure->module, "find_best_align");
-}

@@ -1,5 +1,6 @@
-// The settings of a run as its files give them: the shipped weight file, and
-// what a parameter file that lacks keys or breaks a bound gives back.
+// The shipped weight file as the runs read it. A parameter file's faults come
+// back as values: ravlin-align reports one (tests/cli/align_command_test.cpp)
+// and ravlin-batch each (tests/app/batch_test.cpp).
 #include "malign/run_settings.hpp"
 
 #include <sstream>
@@ -31,30 +32,4 @@ TEST(ShippedWeightFile, HoldsBlosum62AndAStructureTableThatRewardsLikeStructures
   for (char s : std::string("HBCT")) EXPECT_GT(cell(structures, s, s), 0) << s;
   EXPECT_LT(cell(structures, 'H', 'B'), 0);
   for (char s : std::string("HBCTX")) EXPECT_EQ(cell(structures, 'X', s), 0) << s;
-}
-
-TEST(ReadParmsFile, FaultsAndMissingKeysComeBackAsValues) {
-  const struct {
-    std::string parms;
-    std::string expected;  // the failure's frame
-  } cases[] = {
-      {"RAVLIN:STRUCT_BIAS -101\n",
-       testsupport::error_frame(1, "read_parm_int",
-                                "Parm key = 'RAVLIN:STRUCT_BIAS' Lower bound exceeded: -101 < -100\n")},
-      {"RAVLIN:SCOR_MATRIX /nonexistent.wts\n",
-       testsupport::error_frame(1, "read_parm_fname2",
-                                "Parmkey = 'RAVLIN:SCOR_MATRIX' Cannot open file: '/nonexistent.wts'.\n")},
-      // The check order names the weight file before its keys.
-      {"RAVLIN:STRUCT_BIAS 0\n",
-       testsupport::error_frame(1, "check_ravlin_parms", "Missing Parameter: RAVLIN:SCOR_MATRIX\n")},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.parms);
-    RunSettings settings;
-    ParmsRead read;
-    std::optional<Failure> failure = read_parms_file(testsupport::stream_of(c.parms).get(), nullptr, settings, read);
-    if (!failure) failure = check_ravlin_parms(settings, read, false);
-    ASSERT_TRUE(failure.has_value());
-    EXPECT_EQ(testsupport::error_frame(1, failure->module, failure->message), c.expected);
-  }
 }

@@ -1,6 +1,6 @@
 // What the whole runs' reports do not reach: long ids, near matches, a
-// consensus over blank columns, an alignment without an overlap region. Whole sections are kept as files under
-// tests/golden/report.
+// consensus over blank columns, an alignment without an overlap region.
+// Whole sections are kept as files under tests/golden/report.
 #include "report/alignment_views.hpp"
 
 #include <ctime>
@@ -15,13 +15,9 @@
 namespace {
 
 std::string printed(const std::function<void(std::FILE*)>& write) {
-  UniqueFile file(std::tmpfile());
+  const UniqueFile file(std::tmpfile());
   write(file.get());
-  std::fflush(file.get());
-  std::rewind(file.get());
-  std::string text;
-  for (int ch = std::fgetc(file.get()); ch != EOF; ch = std::fgetc(file.get())) text.push_back(static_cast<char>(ch));
-  return text;
+  return testsupport::text_of(file.get());
 }
 
 class AlignmentViewsTest : public testing::Test {

@@ -1,7 +1,6 @@
 #include "support/test_support.hpp"
 
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -107,9 +106,18 @@ WarningSink frame_warnings(std::string& printed) {
   return [&printed](const Failure& warning) { printed += error_frame(0, warning.module, warning.message); };
 }
 
-void stdout_to_stderr() {
-  std::fflush(stdout);
-  dup2(2, 1);
+std::string text_of(std::FILE* stream) {
+  std::fflush(stream);
+  std::rewind(stream);
+  std::string text;
+  for (int ch; (ch = std::fgetc(stream)) != EOF;) text.push_back(static_cast<char>(ch));
+  return text;
+}
+
+int count_of(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
 }
 
 std::string mask_date(const std::string& report) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -67,9 +68,11 @@ std::string raised(const std::function<void()>& work);
 // A sink that appends each warning's frame to printed.
 WarningSink frame_warnings(std::string& printed);
 
-// Sends what the statement writes to standard output to standard error, so a
-// death test can match it.
-void stdout_to_stderr();
+// Everything written to stream, read from its start.
+std::string text_of(std::FILE* stream);
+
+// How many times part occurs in text (overlaps counted).
+int count_of(const std::string& text, const std::string& part);
 
 // Replaces the date line of a report with a fixed text.
 std::string mask_date(const std::string& report);
