@@ -74,8 +74,8 @@ def run_one(aligner, program, prefix, threads, timeout, use_structure):
         return row
 
 
-def fmt(value, spec):
-    return "-" if value is None else format(value, spec)
+def shown(value, layout):
+    return "-" if value is None else format(value, layout)
 
 
 def main(argv):
@@ -97,8 +97,8 @@ def main(argv):
             row = run_one(aligner, program, prefix, args.threads, args.timeout, not args.no_structure)
             rows.append(row)
             print("| %s | %s | %s | %s | %s | %s | %s | %s |" % (
-                row["family"], aligner, row["status"], fmt(row["wall"], ".1f"), fmt(row["rss"], ".0f"),
-                fmt(row["sp"], ".3f"), fmt(row["tc"], ".3f"), fmt(row["width"], "d")), flush=True)
+                row["family"], aligner, row["status"], shown(row["wall"], ".1f"), shown(row["rss"], ".0f"),
+                shown(row["sp"], ".3f"), shown(row["tc"], ".3f"), shown(row["width"], "d")), flush=True)
     if args.tsv:
         with open(args.tsv, "w", encoding="utf-8") as out:
             keys = ["family", "aligner", "status", "wall", "rss", "sp", "tc", "width"]
