@@ -7,11 +7,10 @@
 #include <cstddef>
 #include <string>
 
-#include "align/kernel_select.hpp"
 #include "align/penalties.hpp"
-#include "align/profile_score.hpp"
 #include "align/score_codes.hpp"
 #include "shell/errors.hpp"
+#include "treealign/join_kernel.hpp"
 
 namespace {
 
@@ -128,15 +127,6 @@ std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupPro
   return scores;
 }
 
-// Columns of a side in the joined alignment: where each old column went.
-std::vector<std::int32_t> new_columns(const std::vector<char>& templ, int len, int oldLen) {
-  std::vector<std::int32_t> to(static_cast<std::size_t>(oldLen), 0);
-  int old = 0;
-  for (int t = 0; t < len && old < oldLen; ++t)
-    if (templ[static_cast<std::size_t>(t)] == 'X') to[static_cast<std::size_t>(old++)] = t;
-  return to;
-}
-
 void add_members(Group& joined, const Group& side, const std::vector<std::int32_t>& to) {
   for (std::size_t k = 0; k < side.members.size(); ++k) {
     joined.members.push_back(side.members[k]);
@@ -204,9 +194,12 @@ GroupProfile group_profile(const JoinContext& context, const Group& group) {
   return profile;
 }
 
-// A side's gap charges where opening a gap costs only the share of the
-// members that have residues on both sides of it (the others' gaps just grow).
-std::vector<std::int32_t> occupancy_charges(const GroupProfile& profile, int gapOpen) {
+// A side's gap costs in a join. Opening a gap at a position is charged only
+// for the members with residues on both sides of it (the others' gaps just
+// grow), and the kernel charges it only for the other side's members with a
+// residue in the columns the gap skips; insertions of a few members thus
+// cost little and stand in columns of their own.
+SideGapCosts side_gap_costs(const GroupProfile& profile, const SideTerms& terms, const GroupScoring& scoring) {
   const std::size_t len = static_cast<std::size_t>(profile.len);
   std::vector<double> occupied(len, 0.0);
   for (std::size_t c = 0; c < len; ++c) {
@@ -214,12 +207,24 @@ std::vector<std::int32_t> occupancy_charges(const GroupProfile& profile, int gap
     for (int x = 0; x < kCodes; ++x) filled += profile.res[at(c, kCodes, x)];
     occupied[c] = static_cast<double>(filled) / static_cast<double>(std::max<std::int64_t>(profile.weight, 1));
   }
-  std::vector<std::int32_t> charges = profile.groupPen;
-  for (std::size_t c = 0; c < len; ++c) {
-    const double opening = c > 0 ? std::min(occupied[c - 1], occupied[c]) : occupied[c];
-    charges[c] -= static_cast<std::int32_t>(std::llround(gapOpen * (1.0 - opening)));
+  const double gapOpen = static_cast<double>(scoring.gapOpen) * scoring.scale;
+  SideGapCosts costs;
+  costs.open.assign(len + 1, 0);
+  costs.opening.assign(len + 1, 0);
+  costs.gapLevel.assign(len + 1, 0);
+  costs.filled.assign(len, 0);
+  costs.skip.assign(len, scoring.gapLength * scoring.scale);
+  costs.skipLevel.assign(len, 0);
+  for (std::size_t g = 1; g < len; ++g) {
+    costs.open[g] = profile.groupPen[g];
+    costs.opening[g] = static_cast<std::int32_t>(std::llround(gapOpen * std::min(occupied[g - 1], occupied[g])));
+    costs.gapLevel[g] = std::min(terms.structPen[g - 1], terms.structPen[g]);
   }
-  return charges;
+  for (std::size_t c = 0; c < len; ++c) {
+    costs.filled[c] = static_cast<std::int32_t>(std::llround(1024 * occupied[c]));
+    costs.skipLevel[c] = c + 1 < len ? std::min(terms.structPen[c], terms.structPen[c + 1]) : 0;
+  }
+  return costs;
 }
 
 JoinPath align_profiles(const JoinContext& context, const GroupProfile& pa, const GroupProfile& pb, const Group* groupA,
@@ -227,23 +232,17 @@ JoinPath align_profiles(const JoinContext& context, const GroupProfile& pa, cons
   const GroupScoring& scoring = context.scoring;
   const SideTerms ta = side_terms(pa, scoring.scale), tb = side_terms(pb, scoring.scale);
   const std::vector<std::int32_t> scores = join_scores(context, pa, pb, ta, groupA, groupB);
-  const int room = pa.len + pb.len;
-  std::vector<char> first(static_cast<std::size_t>(room) + 1, '\0'), second(static_cast<std::size_t>(room) + 1, '\0');
-  StepWorkspace ws;
-  int len = 0;
-  const int gapOpen = scoring.gapOpen * scoring.scale;
-  std::vector<std::int32_t> chargesA, chargesB;
-  if (scoring.gapsByOccupancy) {
-    chargesA = occupancy_charges(pa, gapOpen);
-    chargesB = occupancy_charges(pb, gapOpen);
+  const std::vector<JoinStep> steps =
+      join_path(scores, pa.len, pb.len, side_gap_costs(pa, ta, scoring), side_gap_costs(pb, tb, scoring));
+  JoinPath path;
+  path.toA.reserve(static_cast<std::size_t>(pa.len));
+  path.toB.reserve(static_cast<std::size_t>(pb.len));
+  for (const JoinStep step : steps) {
+    if (step != JoinStep::kSecondOnly) path.toA.push_back(path.len);
+    if (step != JoinStep::kFirstOnly) path.toB.push_back(path.len);
+    ++path.len;
   }
-  const std::int32_t* rowCharges = scoring.gapsByOccupancy ? chargesA.data() : pa.groupPen.data();
-  const std::int32_t* colCharges = scoring.gapsByOccupancy ? chargesB.data() : pb.groupPen.data();
-  const AlignStatus status =
-      align_profile_step(ws, active_kernel(), scores.data(), pa.len, pb.len, ta.structPen.data(), tb.structPen.data(),
-                         rowCharges, colCharges, gapOpen, scoring.gapLength * scoring.scale, first, second, room, len);
-  if (align_failed(status)) report_align_fault(status);
-  return {len, new_columns(first, len, pa.len), new_columns(second, len, pb.len)};
+  return path;
 }
 
 Group join_groups(const JoinContext& context, const Group& a, const Group& b) {

@@ -4,7 +4,9 @@
 // members' residue and structure table scores, plus, under consistency, the
 // support the pair library and its extension through third sequences give
 // the residue pairs it would make; anchors attract their partners, gaps are
-// dearer inside the members' helices and strands and inside gap-free groups.
+// dearer inside the members' helices and strands and inside gap-free groups,
+// and a gap is charged for the members it opens in, so columns that are mostly
+// gaps already cost little to skip.
 #pragma once
 
 #include <cstdint>
@@ -30,9 +32,6 @@ struct GroupScoring {
   int scale = 16;                   // integer score units per table unit
   double tableWeight = 1.0;         // share of the substitution scores
   double libraryWeight = 0.0;       // table units a fully supported residue pair adds (0: no consistency)
-  // Opening a gap costs only its share of members that would open one (in
-  // large runs, where most columns are partly gaps).
-  bool gapsByOccupancy = false;
 };
 
 // What every join of one run reads.

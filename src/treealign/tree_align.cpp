@@ -3,6 +3,7 @@
 #include "treealign/tree_align.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -149,13 +150,13 @@ std::vector<SeqCodes> all_seq_codes(const RunSettings& settings, std::span<const
 }
 
 // The joins' scores: the run's tables and gaps, without consistency.
-GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table, double tableWeight) {
+GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table, const TreeAlignOptions& options) {
   GroupScoring scoring;
   scoring.wtTable = table;
   scoring.ssTable = settings.ssMatrix;
-  scoring.gapOpen = settings.gapPen;
+  scoring.gapOpen = static_cast<int>(std::lround(settings.gapPen * options.joinGapShare));
   scoring.gapLength = settings.gapSizePen;
-  scoring.tableWeight = tableWeight;
+  scoring.tableWeight = options.tableWeight;
   return scoring;
 }
 
@@ -167,8 +168,7 @@ void run_fast_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
   const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
   const std::vector<std::int64_t> weights = tree_weights(tree);
-  JoinContext context{codes, weights, nullptr, {}, group_scoring(settings, table, options.tableWeight)};
-  context.scoring.gapsByOccupancy = true;
+  JoinContext context{codes, weights, nullptr, {}, group_scoring(settings, table, options)};
   const Group alignment = join_profiles_up_tree(context, tree, seqs, options.threads);
   fill_result(alignment, seqs, tree_leaves(tree, tree.root), result);
 }
@@ -190,7 +190,7 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
   const std::vector<std::int64_t> weights = tree_weights(tree);
-  JoinContext context{codes, weights, &library, {}, group_scoring(settings, table, options.tableWeight)};
+  JoinContext context{codes, weights, &library, {}, group_scoring(settings, table, options)};
   if (options.mode == TreeMode::kConsistency) {
     context.scoring.libraryWeight = options.libraryWeight;
     context.thirds = third_sequences(tree, n, options.maxThirds);
@@ -210,7 +210,7 @@ void run_given_joins(const RunSettings& settings, std::span<const SeqRecord> seq
   const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
   const std::vector<std::int64_t> weights(seqs.size(), 1);
   const JoinContext context{
-      codes, weights, nullptr, {}, group_scoring(settings, prepared_residue_table(settings), 1.0)};
+      codes, weights, nullptr, {}, group_scoring(settings, prepared_residue_table(settings), TreeAlignOptions{})};
   Group alignment = group_of_rows(parts[0], rows[0]);
   std::vector<int> rowOrder = parts[0];
   for (std::size_t p = 1; p < parts.size(); ++p) {
