@@ -196,9 +196,10 @@ GroupProfile group_profile(const JoinContext& context, const Group& group) {
 
 // A side's gap costs in a join. Opening a gap at a position is charged only
 // for the members with residues on both sides of it (the others' gaps just
-// grow), and the kernel charges it only for the other side's members with a
-// residue in the columns the gap skips; insertions of a few members thus
-// cost little and stand in columns of their own.
+// grow), and the kernel charges it, with the structure charge of breaking a
+// helix or strand there, only for the other side's members with a residue in
+// the columns the gap skips: insertions of a few members thus cost little
+// and stand in columns of their own, even among many members with structure.
 SideGapCosts side_gap_costs(const GroupProfile& profile, const SideTerms& terms, const GroupScoring& scoring) {
   const std::size_t len = static_cast<std::size_t>(profile.len);
   std::vector<double> occupied(len, 0.0);
@@ -211,14 +212,13 @@ SideGapCosts side_gap_costs(const GroupProfile& profile, const SideTerms& terms,
   SideGapCosts costs;
   costs.open.assign(len + 1, 0);
   costs.opening.assign(len + 1, 0);
-  costs.gapLevel.assign(len + 1, 0);
   costs.filled.assign(len, 0);
   costs.skip.assign(len, scoring.gapLength * scoring.scale);
   costs.skipLevel.assign(len, 0);
   for (std::size_t g = 1; g < len; ++g) {
     costs.open[g] = profile.groupPen[g];
-    costs.opening[g] = static_cast<std::int32_t>(std::llround(gapOpen * std::min(occupied[g - 1], occupied[g])));
-    costs.gapLevel[g] = std::min(terms.structPen[g - 1], terms.structPen[g]);
+    costs.opening[g] = static_cast<std::int32_t>(std::llround(gapOpen * std::min(occupied[g - 1], occupied[g]))) +
+                       std::min(terms.structPen[g - 1], terms.structPen[g]);
   }
   for (std::size_t c = 0; c < len; ++c) {
     costs.filled[c] = static_cast<std::int32_t>(std::llround(1024 * occupied[c]));

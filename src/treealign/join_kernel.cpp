@@ -32,7 +32,7 @@ StepCost gap_step(const SideGapCosts& gapped, int position, bool atEnd, const Si
   const std::size_t g = static_cast<std::size_t>(position), c = static_cast<std::size_t>(column);
   const std::int32_t opening =
       static_cast<std::int32_t>((std::int64_t{gapped.opening[g]} * skipped.filled[c] + 512) >> 10);
-  return {gapped.open[g], skipped.skip[c], opening + gapped.gapLevel[g] + skipped.skipLevel[c]};
+  return {gapped.open[g], skipped.skip[c], opening + skipped.skipLevel[c]};
 }
 
 // The best way into a gap cell: opened after a pair, carried on (own state

@@ -16,9 +16,9 @@
 // are free.
 struct SideGapCosts {
   std::vector<std::int32_t> open;       // len + 1: a fixed charge for opening a gap at position g
-  std::vector<std::int32_t> opening;    // len + 1: the charge of a gap at g opposite a full column
+  std::vector<std::int32_t> opening;    // len + 1: the charge of a gap at g opposite a full column (with
+                                        // the structure charge of breaking the side there)
   std::vector<std::int32_t> filled;     // len: share of column p's members with a residue, of 1024
-  std::vector<std::int32_t> gapLevel;   // len + 1: structure charge of a gap at g
   std::vector<std::int32_t> skip;       // len: the side's column p against a gap in the other
   std::vector<std::int32_t> skipLevel;  // len: structure charge of putting column p against a gap
 };
@@ -30,8 +30,7 @@ enum class JoinStep : char { kBoth = 'M', kFirstOnly = 'A', kSecondOnly = 'B' };
 // of the second; each side's gap costs. A gap's opening and structure
 // charge is the highest along it, paid once: at each column it skips, the
 // gap's opening charge times the share of the column's members with a
-// residue (only they see a gap open), plus the structure charges of the gap's
-// position and of the column. Out: the best path from the start to the end, or empty when a side
-// has no columns and the other none either. Raises when memory is exhausted.
+// residue (only they see a gap open), plus the column's structure charge. Out: the best path from the start to the end,
+// or empty when a side has no columns and the other none either. Raises when memory is exhausted.
 std::vector<JoinStep> join_path(std::span<const std::int32_t> scores, int colsA, int colsB, const SideGapCosts& a,
                                 const SideGapCosts& b);

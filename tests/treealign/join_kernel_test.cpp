@@ -21,7 +21,6 @@ SideGapCosts costs(const std::vector<std::int32_t>& filled, std::int32_t opening
   c.opening.assign(len + 1, opening);
   c.opening.front() = c.opening.back() = 0;
   c.filled = filled;
-  c.gapLevel.assign(len + 1, 0);
   c.skip.assign(len, 0);
   c.skipLevel.assign(len, 0);
   return c;
