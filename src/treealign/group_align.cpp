@@ -42,16 +42,42 @@ SideTerms side_terms(const GroupProfile& profile, int scale) {
 }
 
 // Per column of the column side: each code's table score against the column,
-// summed over the column's members (len x kCodes).
+// summed over the column's members (kCodes x len: a code's scores along the
+// columns lie together, for the row loop of the join's scores).
 std::vector<std::int64_t> scored_against(const ScoreTable& table, const std::vector<std::int64_t>& counts, int len) {
-  std::vector<std::int64_t> out(static_cast<std::size_t>(len) * kCodes, 0);
-  for (std::size_t c = 0; c < static_cast<std::size_t>(len); ++c)
+  const std::size_t width = static_cast<std::size_t>(len);
+  std::vector<std::int64_t> out(width * kCodes, 0);
+  for (std::size_t c = 0; c < width; ++c)
     for (int y = 0; y < kCodes; ++y) {
       const std::int64_t n = counts[at(c, kCodes, y)];
       if (n == 0) continue;
-      for (int x = 0; x < kCodes; ++x) out[at(c, kCodes, x)] += n * table[at(x, kTableDim, y)];
+      for (int x = 0; x < kCodes; ++x) out[at(x, width, c)] += n * table[at(x, kTableDim, y)];
     }
   return out;
+}
+
+// Adds count times a code's scores along the columns to sums.
+void add_scaled(std::vector<std::int64_t>& sums, const std::int64_t* scores, std::int64_t count) {
+  for (std::size_t q = 0; q < sums.size(); ++q) sums[q] += count * scores[q];
+}
+
+// Each member's links to the third sequences: its residue map to each and
+// the identity behind it (looked up once a join, not once a member pair).
+struct ThirdLinks {
+  std::vector<const std::int32_t*> maps;
+  std::vector<int> identity;
+};
+
+ThirdLinks third_links(const JoinContext& context, int seq, bool fromThird) {
+  ThirdLinks links;
+  for (const int third : context.thirds) {
+    const bool self = third == seq;
+    links.maps.push_back(self        ? nullptr
+                         : fromThird ? pair_partners(*context.library, third, seq)
+                                     : pair_partners(*context.library, seq, third));
+    links.identity.push_back(self ? 0 : pair_identity(*context.library, seq, third));
+  }
+  return links;
 }
 
 // Library support of every column pair: for each member pair (a, b), each
@@ -61,9 +87,12 @@ std::vector<std::int64_t> library_support(const JoinContext& context, const Grou
   const std::size_t lenB = static_cast<std::size_t>(b.len);
   std::vector<std::int64_t> support(static_cast<std::size_t>(a.len) * lenB, 0);
   const PairLibrary& library = *context.library;
+  std::vector<ThirdLinks> linksB;
+  for (const int sb : b.members) linksB.push_back(third_links(context, sb, true));
   for (std::size_t ka = 0; ka < a.members.size(); ++ka) {
     const int sa = a.members[ka];
     const std::vector<std::int32_t>& colsA = a.cols[ka];
+    const ThirdLinks linksA = third_links(context, sa, false);
     for (std::size_t kb = 0; kb < b.members.size(); ++kb) {
       const int sb = b.members[kb];
       const std::vector<std::int32_t>& colsB = b.cols[kb];
@@ -75,12 +104,11 @@ std::vector<std::int64_t> library_support(const JoinContext& context, const Grou
         if (direct[x] >= 0)
           support[at(static_cast<std::size_t>(colsA[x]), lenB,
                      static_cast<std::size_t>(colsB[static_cast<std::size_t>(direct[x])]))] += directWeight;
-      for (const int third : context.thirds) {
-        if (third == sa || third == sb) continue;
-        const std::int32_t* toThird = pair_partners(library, sa, third);
-        const std::int32_t* fromThird = pair_partners(library, third, sb);
-        const std::int64_t linkWeight =
-            w * std::min(pair_identity(library, sa, third), pair_identity(library, third, sb));
+      for (std::size_t t = 0; t < context.thirds.size(); ++t) {
+        const std::int32_t* toThird = linksA.maps[t];
+        const std::int32_t* fromThird = linksB[kb].maps[t];
+        if (toThird == nullptr || fromThird == nullptr) continue;
+        const std::int64_t linkWeight = w * std::min(linksA.identity[t], linksB[kb].identity[t]);
         if (linkWeight == 0) continue;
         for (std::size_t x = 0; x < colsA.size(); ++x) {
           const std::int32_t z = toThird[x];
@@ -111,13 +139,14 @@ std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupPro
   const double tableFactor = scoring.scale * scoring.tableWeight / pairWeight;
   const double libraryFactor = scoring.scale * scoring.libraryWeight /
                                (pairWeight * 1000.0 * (1.0 + static_cast<double>(context.thirds.size())));
+  std::vector<std::int64_t> sums(cols);
   for (std::size_t p = 0; p < rows; ++p) {
     std::int32_t* out = scores.data() + p * cols;
+    std::fill(sums.begin(), sums.end(), 0);
+    for (const auto& [x, n] : ta.resList[p]) add_scaled(sums, resB.data() + static_cast<std::size_t>(x) * cols, n);
+    for (const auto& [x, n] : ta.ssList[p]) add_scaled(sums, ssB.data() + static_cast<std::size_t>(x) * cols, n);
     for (std::size_t q = 0; q < cols; ++q) {
-      std::int64_t sum = 0;
-      for (const auto& [x, n] : ta.resList[p]) sum += n * resB[at(q, kCodes, static_cast<std::size_t>(x))];
-      for (const auto& [x, n] : ta.ssList[p]) sum += n * ssB[at(q, kCodes, static_cast<std::size_t>(x))];
-      double value = tableFactor * static_cast<double>(sum);
+      double value = tableFactor * static_cast<double>(sums[q]);
       if (withLibrary) value += libraryFactor * static_cast<double>(support[p * cols + q]);
       std::int64_t score = std::llround(value);
       if (pa.anchor[p] != 0 && pa.anchor[p] == pb.anchor[q]) score += std::int64_t{kAnchorScore} * scoring.scale;

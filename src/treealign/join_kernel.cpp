@@ -24,42 +24,38 @@ struct GapCell {
 // side's column put against it.
 struct StepCost {
   std::int64_t open, skip;
-  std::int32_t level;
+  std::int64_t level;
 };
 
-StepCost gap_step(const SideGapCosts& gapped, int position, bool atEnd, const SideGapCosts& skipped, int column) {
+// A gap step's costs: at an end, nothing.
+inline StepCost gap_step(bool atEnd, std::int32_t open, std::int32_t opening, std::int32_t filled, std::int32_t skip,
+                         std::int32_t skipLevel) {
   if (atEnd) return {0, 0, 0};
-  const std::size_t g = static_cast<std::size_t>(position), c = static_cast<std::size_t>(column);
-  const std::int32_t opening =
-      static_cast<std::int32_t>((std::int64_t{gapped.opening[g]} * skipped.filled[c] + 512) >> 10);
-  return {gapped.open[g], skipped.skip[c], opening + skipped.skipLevel[c]};
+  return {open, skip, ((std::int64_t{opening} * filled + 512) >> 10) + skipLevel};
 }
 
 // The best way into a gap cell: opened after a pair, carried on (own state
 // code ownCode), or opened after a gap in the other side (otherCode); ties go
-// to the earlier of these.
-GapCell best_gap(std::int64_t afterBoth, const GapCell& along, const GapCell& afterOther, const StepCost& step,
-                 unsigned char ownCode, unsigned char otherCode, unsigned char& from) {
-  GapCell best;
+// to the earlier of these. Cells no path reaches hold about kNone, far below
+// any reachable one, so they never win.
+[[gnu::always_inline]] inline GapCell best_gap(std::int64_t afterBoth, const GapCell& along, const GapCell& afterOther,
+                                               const StepCost& step, unsigned char ownCode, unsigned char otherCode,
+                                               unsigned char& from) {
+  const std::int64_t opened = -step.open - step.skip - step.level;
+  GapCell best{afterBoth + opened, static_cast<std::int32_t>(step.level)};
   from = kFromBoth;
-  if (afterBoth > kNone) best = {afterBoth - step.open - step.skip - step.level, step.level};
-  if (along.score > kNone) {
-    GapCell carried{along.score - step.skip, along.level};
-    if (step.level > carried.level) {
-      carried.score -= step.level - carried.level;
-      carried.level = step.level;
-    }
-    if (carried.score > best.score) {
-      best = carried;
-      from = ownCode;
-    }
+  GapCell carried{along.score - step.skip, along.level};
+  if (step.level > carried.level) {
+    carried.score -= step.level - carried.level;
+    carried.level = static_cast<std::int32_t>(step.level);
   }
-  if (afterOther.score > kNone) {
-    const std::int64_t opened = afterOther.score - step.open - step.skip - step.level;
-    if (opened > best.score) {
-      best = {opened, step.level};
-      from = otherCode;
-    }
+  if (carried.score > best.score) {
+    best = carried;
+    from = ownCode;
+  }
+  if (afterOther.score + opened > best.score) {
+    best = {afterOther.score + opened, static_cast<std::int32_t>(step.level)};
+    from = otherCode;
   }
   return best;
 }
@@ -74,47 +70,53 @@ std::vector<JoinStep> join_path(std::span<const std::int32_t> scores, int colsA,
   std::vector<std::int64_t> prevBoth(width, kNone), curBoth(width, kNone);
   std::vector<GapCell> prevFirst(width), curFirst(width), prevSecond(width), curSecond(width);
 
-  for (int p = 0; p <= colsA; ++p) {
-    for (int q = 0; q <= colsB; ++q) {
-      const std::size_t k = static_cast<std::size_t>(q);
-      unsigned char& cell = trace[static_cast<std::size_t>(p) * width + k];
-      cell = 0;
-      curBoth[k] = kNone;
-      curFirst[k] = GapCell();
-      curSecond[k] = GapCell();
-      if (p == 0 && q == 0) {
-        curBoth[k] = 0;  // the start
-        continue;
-      }
-      if (p > 0 && q > 0) {
-        std::int64_t best = prevBoth[k - 1];
-        unsigned char from = kFromBoth;
-        if (prevFirst[k - 1].score > best) best = prevFirst[k - 1].score, from = kFromFirst;
-        if (prevSecond[k - 1].score > best) best = prevSecond[k - 1].score, from = kFromSecond;
-        if (best > kNone) {
-          curBoth[k] = best + scores[static_cast<std::size_t>(p - 1) * static_cast<std::size_t>(colsB) + k - 1];
-          cell |= from;
-        }
-      }
-      if (p > 0) {
-        // The first side's column p - 1 against a gap at the second's position q.
-        const StepCost step = gap_step(b, q, q == 0 || q == colsB, a, p - 1);
-        unsigned char from = kFromBoth;
-        curFirst[k] = best_gap(prevBoth[k], prevFirst[k], prevSecond[k], step, kFromFirst, kFromSecond, from);
-        cell |= static_cast<unsigned char>(from << 2);
-      }
-      if (q > 0) {
-        // The second side's column q - 1 against a gap at the first's position p.
-        const StepCost step = gap_step(a, p, p == 0 || p == colsA, b, q - 1);
-        unsigned char from = kFromBoth;
-        curSecond[k] = best_gap(curBoth[k - 1], curSecond[k - 1], curFirst[k - 1], step, kFromSecond, kFromFirst, from);
-        cell |= static_cast<unsigned char>(from << 4);
-      }
-    }
+  // Row 0: the start, then the second side's leading columns against the
+  // first's start (free).
+  curBoth[0] = 0;
+  for (std::size_t q = 1; q < width; ++q) {
+    curSecond[q] = {0, 0};
+    trace[q] = static_cast<unsigned char>((q == 1 ? kFromBoth : kFromSecond) << 4);
+  }
+  for (int p = 1; p <= colsA; ++p) {
     std::swap(prevBoth, curBoth);
     std::swap(prevFirst, curFirst);
     std::swap(prevSecond, curSecond);
+    unsigned char* row = trace.data() + static_cast<std::size_t>(p) * width;
+    const std::int32_t* rowScores = scores.data() + static_cast<std::size_t>(p - 1) * static_cast<std::size_t>(colsB);
+    const std::size_t column = static_cast<std::size_t>(p - 1);  // the first side's column of this row
+    const bool rowAtEnd = p == colsA;
+    const std::size_t position = static_cast<std::size_t>(p);  // the first side's gap position after it
+
+    // Column 0: the first side's column against the second's start (free).
+    unsigned char from = kFromBoth;
+    curBoth[0] = kNone;
+    curSecond[0] = GapCell();
+    curFirst[0] = best_gap(prevBoth[0], prevFirst[0], prevSecond[0], {0, 0, 0}, kFromFirst, kFromSecond, from);
+    row[0] = static_cast<unsigned char>(from << 2);
+
+    for (std::size_t q = 1; q < width; ++q) {
+      unsigned char cell = kFromBoth;
+      std::int64_t best = prevBoth[q - 1];
+      if (prevFirst[q - 1].score > best) best = prevFirst[q - 1].score, cell = kFromFirst;
+      if (prevSecond[q - 1].score > best) best = prevSecond[q - 1].score, cell = kFromSecond;
+      curBoth[q] = best + rowScores[q - 1];
+
+      // The first side's column against a gap at the second's position q.
+      const StepCost first =
+          gap_step(q == width - 1, b.open[q], b.opening[q], a.filled[column], a.skip[column], a.skipLevel[column]);
+      curFirst[q] = best_gap(prevBoth[q], prevFirst[q], prevSecond[q], first, kFromFirst, kFromSecond, from);
+      cell |= static_cast<unsigned char>(from << 2);
+
+      // The second side's column q - 1 against a gap at the first's position p.
+      const StepCost second =
+          gap_step(rowAtEnd, a.open[position], a.opening[position], b.filled[q - 1], b.skip[q - 1], b.skipLevel[q - 1]);
+      curSecond[q] = best_gap(curBoth[q - 1], curSecond[q - 1], curFirst[q - 1], second, kFromSecond, kFromFirst, from);
+      row[q] = static_cast<unsigned char>(cell | (from << 4));
+    }
   }
+  std::swap(prevBoth, curBoth);
+  std::swap(prevFirst, curFirst);
+  std::swap(prevSecond, curSecond);
 
   const std::size_t end = static_cast<std::size_t>(colsB);
   unsigned char state = kFromBoth;
