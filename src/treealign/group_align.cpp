@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <string>
 
-#include "align/penalties.hpp"
 #include "align/score_codes.hpp"
 #include "shell/errors.hpp"
 #include "treealign/join_kernel.hpp"
