@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -124,10 +125,15 @@ struct ShippedSet {
   std::string why;
 };
 
-ShippedSet shipped_set(int withStructure, int seqs) {
-  if (withStructure == 0) return {"nostruct", "no sequence has structure"};
-  if (withStructure == seqs) return {"struct", "every sequence has structure"};
-  return {"partial", std::to_string(withStructure) + " of " + std::to_string(seqs) + " sequences have structure"};
+// The consistency mode's set: its pairs are weighed as probabilities, which
+// wants a table of log-odds scores; the sets tuned for the one-by-one
+// strategy are not.
+ShippedSet shipped_set(int withStructure, int seqs, RunMode mode) {
+  if (mode == RunMode::kConsistency) return {"consistency", "the consistency mode"};
+  if (withStructure == 0) return {"nostruct", "inputs where no sequence has structure"};
+  if (withStructure == seqs) return {"struct", "inputs where every sequence has structure"};
+  return {"partial", "inputs where " + std::to_string(withStructure) + " of " + std::to_string(seqs) +
+                         " sequences have structure"};
 }
 
 std::string shipped_parms_text(const ShippedSet& set) {
@@ -151,9 +157,9 @@ int seqs_with_structure(const std::vector<SeqRecord>& records) {
   return count;
 }
 
-RunSettings read_settings(const AlignOptions& options, const std::vector<SeqRecord>& records,
+RunSettings read_settings(const AlignOptions& options, const std::vector<SeqRecord>& records, RunMode mode,
                           const ProgressState& progress) {
-  const ShippedSet set = shipped_set(seqs_with_structure(records), static_cast<int>(records.size()));
+  const ShippedSet set = shipped_set(seqs_with_structure(records), static_cast<int>(records.size()), mode);
   const std::string weightsName = "ravlin-" + set.name + ".wts";
   const std::string parmsText = shipped_parms_text(set);
   UniqueFile weights;
@@ -165,8 +171,7 @@ RunSettings read_settings(const AlignOptions& options, const std::vector<SeqReco
     weights = open_text(shipped_file(weightsName));
     source.stream = weights.get();
   }
-  if (options.paramsFile.empty())
-    note(progress, "shipped settings for inputs where " + set.why + " (ravlin-" + set.name + ")");
+  if (options.paramsFile.empty()) note(progress, "shipped settings for " + set.why + " (ravlin-" + set.name + ")");
   UniqueFile parms =
       options.paramsFile.empty() ? open_text(parmsText) : open_user_file(options.paramsFile, "parameter file");
   RunSettings settings;
@@ -270,29 +275,51 @@ void write_result(const AlignOptions& options, const RunSettings& settings, cons
 
 // ---- the strategy ----
 
-// Consistency scoring costs about n^3 residue look-ups, and aligning every
-// pair n^2; above this many sequences auto takes the fast mode, whose tree
-// needs no pair aligned and whose joins cost the same whatever their size.
-constexpr int kConsistencyMostSeqs = 400;
+// Consistency weighs every residue pair of every pair of sequences (about
+// 10 ns each on one core); auto takes it while that stays within a few
+// seconds (about 90 sequences of 300), then the tree mode, whose pairs cost a
+// fifth as much, up to 400 sequences; above, the fast mode, whose tree needs
+// no pair aligned and whose joins cost the same whatever their size.
+constexpr double kConsistencyMostCells = 4e8;
+constexpr int kTreeMostSeqs = 400;
+
+// Residue pairs of all pairs of sequences.
+double pair_cells(const std::vector<SeqRecord>& records) {
+  double sum = 0, squares = 0;
+  for (const SeqRecord& record : records) {
+    sum += record.numRes;
+    squares += static_cast<double>(record.numRes) * record.numRes;
+  }
+  return (sum * sum - squares) / 2;
+}
 
 bool designed_wanted(const AlignOptions& options) {
   if (options.mode == RunMode::kDesigned) return true;
   return options.mode == RunMode::kAuto && (options.outFormat == OutFormat::kReport || options.orderGiven);
 }
 
-RunMode chosen_mode(const AlignOptions& options, int seqs, const ProgressState& progress) {
-  if (designed_wanted(options)) {
-    if (options.mode == RunMode::kAuto)
-      note(progress, std::string("mode designed (") +
-                         (options.outFormat == OutFormat::kReport ? "-f report" : "--order") +
-                         " asks for the designed strategy)");
-    return RunMode::kDesigned;
-  }
+RunMode chosen_mode(const AlignOptions& options, const std::vector<SeqRecord>& records) {
+  if (designed_wanted(options)) return RunMode::kDesigned;
   if (options.mode != RunMode::kAuto) return options.mode;
-  const bool small = seqs <= kConsistencyMostSeqs;
-  note(progress, std::string("mode ") + (small ? "consistency" : "fast") + " (" + std::to_string(seqs) +
-                     " sequences; consistency up to " + std::to_string(kConsistencyMostSeqs) + ")");
-  return small ? RunMode::kConsistency : RunMode::kFast;
+  if (pair_cells(records) <= kConsistencyMostCells) return RunMode::kConsistency;
+  return static_cast<int>(records.size()) <= kTreeMostSeqs ? RunMode::kTree : RunMode::kFast;
+}
+
+std::string millions(double count) { return std::to_string(std::llround(count / 1e6)) + " million"; }
+
+void note_mode(const AlignOptions& options, const std::vector<SeqRecord>& records, RunMode mode,
+               const ProgressState& progress) {
+  if (options.mode != RunMode::kAuto) return;
+  if (mode == RunMode::kDesigned) {
+    note(progress, std::string("mode designed (") +
+                       (options.outFormat == OutFormat::kReport ? "-f report" : "--order") +
+                       " asks for the designed strategy)");
+    return;
+  }
+  const char* name = mode == RunMode::kConsistency ? "consistency" : mode == RunMode::kTree ? "tree" : "fast";
+  note(progress, std::string("mode ") + name + " (" + std::to_string(records.size()) + " sequences, " +
+                     millions(pair_cells(records)) + " residue pairs; consistency up to " +
+                     millions(kConsistencyMostCells) + ", tree up to " + std::to_string(kTreeMostSeqs) + " sequences)");
 }
 
 void on_tree_stage(ProgressState& progress, TreeStage stage) {
@@ -432,7 +459,9 @@ int run_align_command(int argc, char** argv) {
   }
   add_structures(options, input, progress);
   add_anchors(options, input);
-  const RunSettings settings = read_settings(options, input.records, progress);
+  const RunMode mode = given ? RunMode::kAuto : chosen_mode(options, input.records);
+  const RunSettings settings = read_settings(options, input.records, mode, progress);
+  if (!given) note_mode(options, input.records, mode, progress);
   RunInput run{std::move(input.records), seq_select(options.order, input)};
   if (given) {
     RunResult result;
@@ -446,7 +475,6 @@ int run_align_command(int argc, char** argv) {
     if (!commit_output(target, error)) fail(error);
     return 0;
   }
-  const RunMode mode = chosen_mode(options, static_cast<int>(run.seqs.size()), progress);
   if (mode != RunMode::kDesigned) {
     RunResult result;
     std::string confidence;

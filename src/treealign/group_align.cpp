@@ -60,63 +60,48 @@ void add_scaled(std::vector<std::int64_t>& sums, const std::int64_t* scores, std
   for (std::size_t q = 0; q < sums.size(); ++q) sums[q] += count * scores[q];
 }
 
-// Each member's links to the third sequences: its residue map to each and
-// the identity behind it (looked up once a join, not once a member pair).
-struct ThirdLinks {
-  std::vector<const std::int32_t*> maps;
-  std::vector<int> identity;
-};
-
-ThirdLinks third_links(const JoinContext& context, int seq, bool fromThird) {
-  ThirdLinks links;
-  for (const int third : context.thirds) {
-    const bool self = third == seq;
-    links.maps.push_back(self        ? nullptr
-                         : fromThird ? pair_partners(*context.library, third, seq)
-                                     : pair_partners(*context.library, seq, third));
-    links.identity.push_back(self ? 0 : pair_identity(*context.library, seq, third));
-  }
-  return links;
-}
-
-// Library support of every column pair: for each member pair (a, b), each
-// residue pair the pair's alignment makes, or that a third sequence links,
-// adds the pair's weight times the identity behind it.
-std::vector<std::int64_t> library_support(const JoinContext& context, const Group& a, const Group& b) {
+// Library support from the likely partners: each member pair's residue pairs
+// weighted by their probability, and through each third sequence by the
+// product of the two links' probabilities.
+std::vector<std::int64_t> likely_support(const JoinContext& context, const Group& a, const Group& b) {
   const std::size_t lenB = static_cast<std::size_t>(b.len);
   std::vector<std::int64_t> support(static_cast<std::size_t>(a.len) * lenB, 0);
   const PairLibrary& library = *context.library;
-  std::vector<ThirdLinks> linksB;
-  for (const int sb : b.members) linksB.push_back(third_links(context, sb, true));
+  std::vector<std::vector<const SparseMap*>> fromThirds(b.members.size());
+  for (std::size_t kb = 0; kb < b.members.size(); ++kb)
+    for (const int third : context.thirds)
+      fromThirds[kb].push_back(third == b.members[kb] ? nullptr : likely_partners(library, third, b.members[kb]));
   for (std::size_t ka = 0; ka < a.members.size(); ++ka) {
     const int sa = a.members[ka];
     const std::vector<std::int32_t>& colsA = a.cols[ka];
-    const ThirdLinks linksA = third_links(context, sa, false);
+    std::vector<const SparseMap*> toThirds;
+    for (const int third : context.thirds)
+      toThirds.push_back(third == sa ? nullptr : likely_partners(library, sa, third));
     for (std::size_t kb = 0; kb < b.members.size(); ++kb) {
       const int sb = b.members[kb];
       const std::vector<std::int32_t>& colsB = b.cols[kb];
       const std::int64_t w =
           context.weights[static_cast<std::size_t>(sa)] * context.weights[static_cast<std::size_t>(sb)];
-      const std::int32_t* direct = pair_partners(library, sa, sb);
-      const std::int64_t directWeight = w * pair_identity(library, sa, sb);
+      auto add = [&](std::size_t x, std::size_t y, std::int64_t value) {
+        support[at(static_cast<std::size_t>(colsA[x]), lenB, static_cast<std::size_t>(colsB[y]))] += value;
+      };
+      const SparseMap& direct = *likely_partners(library, sa, sb);
       for (std::size_t x = 0; x < colsA.size(); ++x)
-        if (direct[x] >= 0)
-          support[at(static_cast<std::size_t>(colsA[x]), lenB,
-                     static_cast<std::size_t>(colsB[static_cast<std::size_t>(direct[x])]))] += directWeight;
+        for (std::int32_t s = direct.start[x]; s < direct.start[x + 1]; ++s)
+          add(x, static_cast<std::size_t>(direct.partner[static_cast<std::size_t>(s)]),
+              w * direct.prob[static_cast<std::size_t>(s)]);
       for (std::size_t t = 0; t < context.thirds.size(); ++t) {
-        const std::int32_t* toThird = linksA.maps[t];
-        const std::int32_t* fromThird = linksB[kb].maps[t];
+        const SparseMap* toThird = toThirds[t];
+        const SparseMap* fromThird = fromThirds[kb][t];
         if (toThird == nullptr || fromThird == nullptr) continue;
-        const std::int64_t linkWeight = w * std::min(linksA.identity[t], linksB[kb].identity[t]);
-        if (linkWeight == 0) continue;
-        for (std::size_t x = 0; x < colsA.size(); ++x) {
-          const std::int32_t z = toThird[x];
-          if (z < 0) continue;
-          const std::int32_t y = fromThird[z];
-          if (y >= 0)
-            support[at(static_cast<std::size_t>(colsA[x]), lenB,
-                       static_cast<std::size_t>(colsB[static_cast<std::size_t>(y)]))] += linkWeight;
-        }
+        for (std::size_t x = 0; x < colsA.size(); ++x)
+          for (std::int32_t s = toThird->start[x]; s < toThird->start[x + 1]; ++s) {
+            const std::size_t z = static_cast<std::size_t>(toThird->partner[static_cast<std::size_t>(s)]);
+            const std::int64_t pz = toThird->prob[static_cast<std::size_t>(s)];
+            for (std::int32_t u = fromThird->start[z]; u < fromThird->start[z + 1]; ++u)
+              add(x, static_cast<std::size_t>(fromThird->partner[static_cast<std::size_t>(u)]),
+                  w * (pz * fromThird->prob[static_cast<std::size_t>(u)] / 1000));
+          }
       }
     }
   }
@@ -131,9 +116,9 @@ std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupPro
   const std::vector<std::int64_t> resB = scored_against(scoring.wtTable, pb.res, pb.len);
   const std::vector<std::int64_t> ssB = scored_against(scoring.ssTable, pb.ss, pb.len);
   std::vector<std::int64_t> support;
-  const bool withLibrary = scoring.libraryWeight > 0 && context.library != nullptr && context.library->keepsMaps &&
+  const bool withLibrary = scoring.libraryWeight > 0 && context.library != nullptr && context.library->keepsLikely &&
                            a != nullptr && b != nullptr;
-  if (withLibrary) support = library_support(context, *a, *b);
+  if (withLibrary) support = likely_support(context, *a, *b);
   const double pairWeight = static_cast<double>(pa.weight) * static_cast<double>(pb.weight);
   const double tableFactor = scoring.scale * scoring.tableWeight / pairWeight;
   const double libraryFactor = scoring.scale * scoring.libraryWeight /

@@ -12,6 +12,7 @@
 #include "malign/pair_stage.hpp"
 #include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
+#include "treealign/pair_posterior.hpp"
 #include "treealign/seq_codes.hpp"
 
 // The scores of one pairwise alignment (tables borrowed; penalties in table
@@ -28,11 +29,13 @@ struct PairMap {
   std::vector<std::int32_t> jToI;  // the same from j's side
   std::int32_t aligned = 0;        // residue pairs in one column
   std::int32_t identical = 0;      // of them, pairs of the same letter
+  SparseMap iLikely, jLikely;      // each residue's likely partners, when asked for
 };
 
 struct PairLibrary {
   int n = 0;
   bool keepsMaps = false;      // the residue maps are kept (else only the counts)
+  bool keepsLikely = false;    // so are the likely partners
   std::vector<PairMap> pairs;  // pair (i, j), i > j, at i (i - 1) / 2 + j
 };
 
@@ -48,9 +51,13 @@ int pair_identity(const PairLibrary& library, int a, int b);
 // when the maps were not kept.
 const std::int32_t* pair_partners(const PairLibrary& library, int a, int b);
 
+// The likely partners of a's residues in b, or null when not kept.
+const SparseMap* likely_partners(const PairLibrary& library, int a, int b);
+
 // In: the sequences and their codes, the scores, whether to keep the residue
-// maps, workers.
+// maps, the model of the likely partners to keep (or null), workers.
 // Out: every pair aligned; progress(done, total) called on the calling thread.
 // Exhausted memory is raised as RunFailure.
 PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
-                               const PairScoring& scoring, bool keepMaps, int threads, const PairDone& progress);
+                               const PairScoring& scoring, bool keepMaps, const PosteriorModel* likely, int threads,
+                               const PairDone& progress);

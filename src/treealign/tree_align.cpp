@@ -149,6 +149,15 @@ std::vector<SeqCodes> all_seq_codes(const RunSettings& settings, std::span<const
   return codes;
 }
 
+// The table's mean score of a standard residue against itself: the scale of
+// its scores (at least 1).
+double mean_identity_score(const ScoreTable& table) {
+  const std::string standard = "ARNDCQEGHILKMFPSTWYV";
+  double sum = 0;
+  for (const char c : standard) sum += table[static_cast<std::size_t>(c - 'A') * (kTableDim + 1)];
+  return std::max(1.0, sum / static_cast<double>(standard.size()));
+}
+
 // The joins' scores: the run's tables and gaps, without consistency.
 GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table, const TreeAlignOptions& options) {
   GroupScoring scoring;
@@ -184,8 +193,12 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   // tree alone needs only the identities, so beyond the size where the maps
   // stay small it keeps none (and gives neither refinement nor confidence).
   const bool keepMaps = options.mode == TreeMode::kConsistency || n <= kTreeMapsMostSeqs;
-  const PairLibrary library =
-      build_pair_library(seqs, codes, pairScoring, keepMaps, options.threads, progress.pairDone);
+  std::optional<PosteriorModel> likely;
+  if (options.mode == TreeMode::kConsistency)
+    likely = posterior_model(table, settings.ssMatrix, settings.gapPen, settings.gapSizePen,
+                             options.likelyHeat * mean_identity_score(table));
+  const PairLibrary library = build_pair_library(seqs, codes, pairScoring, keepMaps, likely ? &*likely : nullptr,
+                                                 options.threads, progress.pairDone);
   const GuideTree tree = upgma_tree(n, pair_distances(library));
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);

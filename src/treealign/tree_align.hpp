@@ -28,6 +28,9 @@ struct TreeAlignOptions {
   int maxThirds = 60;    // sequences the library is extended through, at most
   double tableWeight = 1.0;
   double libraryWeight = 40.0;
+  // Temperature of the likely partners, as a share of the table's mean score
+  // of a standard residue against itself.
+  double likelyHeat = 0.35;
   // Share of the run's gap opening penalty a join charges: a join's gap is
   // charged for every member it opens in, a sequence's once.
   double joinGapShare = 0.35;
