@@ -372,8 +372,9 @@ std::string align_help_text() {
          "residues, 3,500 columns). auto takes consistency up to 400 million residue pairs\n"
          "(about 90 sequences of 300), tree up to 400 sequences and fast above, and\n"
          "designed for -f report or --order. tree, consistency and fast have no\n"
-         "fixed limits: memory grows with the pairs in tree and consistency (about 4 bytes\n"
-         "per residue per sequence, 200 x 300 residues: about 50 MB), with the input in fast.\n"
+         "fixed limits: memory grows with the pairs in tree (about 4 bytes per residue per\n"
+         "sequence, 200 x 300 residues: about 65 MB) and consistency (about 25 bytes:\n"
+         "about 300 MB), with the input in fast.\n"
          "Exit status: 0 done, 1 an input or run error, 2 a usage error.\n"
          "Kernel: " +
          std::string(kernel_name(best_kernel())) +
