@@ -163,7 +163,7 @@ void backward_pass(PosteriorWorkspace& ws, const PairWeights& w, std::pair<doubl
     const double end = negligible_cut(power);
     const double openY = w.openInA[i];
     // em[j] = e(i + 1, j + 1) * M(i + 1, j + 1), zero past the last row.
-    std::vector<double>& em = ws.rowX;
+    std::vector<double>& em = ws.intoMatch;
     em.assign(width, 0.0);
     if (i < rows) {
       const double* e = ws.emission.data() + i * cols;
