@@ -280,7 +280,7 @@ void write_result(const AlignOptions& options, const RunSettings& settings, cons
 // seconds (about 90 sequences of 300), then the tree mode, whose pairs cost a
 // fifth as much, up to 400 sequences; above, the fast mode, whose tree needs
 // no pair aligned and whose joins cost the same whatever their size.
-constexpr double kConsistencyMostCells = 4e8;
+constexpr double kConsistencyMostCells = 1e9;
 constexpr int kTreeMostSeqs = 400;
 
 // Residue pairs of all pairs of sequences.

@@ -108,6 +108,16 @@ std::vector<std::int64_t> likely_support(const JoinContext& context, const Group
   return support;
 }
 
+// std::llround's result without its call per cell: the fraction left by
+// truncation is exact for any value a join score can take.
+std::int64_t round_half_away(double value) {
+  auto whole = static_cast<std::int64_t>(value);
+  const double fraction = value - static_cast<double>(whole);
+  if (fraction >= 0.5) ++whole;
+  if (fraction <= -0.5) --whole;
+  return whole;
+}
+
 std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupProfile& pa, const GroupProfile& pb,
                                       const SideTerms& ta, const Group* a, const Group* b) {
   const GroupScoring& scoring = context.scoring;
@@ -132,7 +142,7 @@ std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupPro
     for (std::size_t q = 0; q < cols; ++q) {
       double value = tableFactor * static_cast<double>(sums[q]);
       if (withLibrary) value += libraryFactor * static_cast<double>(support[p * cols + q]);
-      std::int64_t score = std::llround(value);
+      std::int64_t score = round_half_away(value);
       if (pa.anchor[p] != 0 && pa.anchor[p] == pb.anchor[q]) score += std::int64_t{kAnchorScore} * scoring.scale;
       out[q] = static_cast<std::int32_t>(std::clamp<std::int64_t>(score, -(1 << 28), 1 << 28));
     }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <initializer_list>
 
 #include "align/score_codes.hpp"
 
@@ -28,7 +29,7 @@ namespace {
 
 // Weights below this share of their row's largest are dropped: they cannot
 // matter, and arithmetic on numbers near a double's smallest is very slow.
-constexpr int kNegligiblePower = 300;
+constexpr int kNegligiblePower = 400;
 
 double negligible_cut(int power) { return power > kNegligiblePower ? 0.0 : std::ldexp(1.0, -power); }
 
@@ -71,22 +72,79 @@ std::vector<double> opening_weights(const PosteriorModel& model, const SeqCodes&
   return out;
 }
 
-// Scales a row so that its largest match weight lies in [0.5, 1); returns
-// the power of two taken out. The gap states follow the same factor (they
-// stay within a few rows' growth of the matches, far from overflow).
-int rescale(double* m, double* x, double* y, std::size_t n) {
-  double most[4] = {0, 0, 0, 0};  // four running maxima: no chain of dependent compares
+// A run of gap weights along a row, y[k] = c[k] + g y[k - 1], is one serial
+// chain of multiply-adds; unrolled three times by doubling it becomes eight
+// interleaved chains, which the processor runs side by side.
+struct GapRun {
+  double g1 = 0, g2 = 0, g4 = 0, g8 = 0;
+};
+
+GapRun gap_run_powers(double g) {
+  GapRun run;
+  run.g1 = g;
+  run.g2 = g * g;
+  run.g4 = run.g2 * run.g2;
+  run.g8 = run.g4 * run.g4;
+  return run;
+}
+
+// Rows carry this many zeros before their first cell (and after their last,
+// for the backward pass) where the chains look back.
+constexpr std::size_t kPad = 8;
+
+// y[k * Step] = c[k * Step] + g y[(k - 1) * Step] for k in [0, n); c and y
+// read as zero at k in [-kPad, 0). s1 and s2 are scratch with kPad zeros
+// before their index 0. Weights below `tiny` become zero.
+template <int Step>
+void gap_run(const double* c, double* y, std::size_t n, const GapRun& run, double tiny, double* s1, double* s2) {
+  const auto at = [](std::size_t k) { return static_cast<std::ptrdiff_t>(k) * Step; };
+  for (std::size_t k = 0; k < n; ++k) s1[k] = c[at(k)] + run.g1 * c[at(k) - Step];
+  for (std::size_t k = 0; k < n; ++k) s2[k] = s1[k] + run.g2 * s1[static_cast<std::ptrdiff_t>(k) - 2];
+  for (std::size_t k = 0; k < n; ++k) s1[k] = s2[k] + run.g4 * s2[static_cast<std::ptrdiff_t>(k) - 4];
+  for (std::size_t k = 0; k < n; ++k) {
+    const double v = s1[k] + run.g8 * y[at(k) - 8 * Step];
+    y[at(k)] = v < tiny ? 0.0 : v;
+  }
+}
+
+// Eight running partial results, so that no single chain of dependent
+// additions or compares sets the pace; fixed order, so fixed bits.
+double row_max(const double* v, std::size_t n) {
+  double most[8] = {0, 0, 0, 0, 0, 0, 0, 0};
   std::size_t j = 0;
-  for (; j + 4 <= n; j += 4)
-    for (std::size_t k = 0; k < 4; ++k) most[k] = m[j + k] > most[k] ? m[j + k] : most[k];
-  for (; j < n; ++j) most[0] = m[j] > most[0] ? m[j] : most[0];
-  const double top = std::max(std::max(most[0], most[1]), std::max(most[2], most[3]));
+  for (; j + 8 <= n; j += 8)
+    for (std::size_t k = 0; k < 8; ++k) most[k] = v[j + k] > most[k] ? v[j + k] : most[k];
+  for (; j < n; ++j) most[0] = v[j] > most[0] ? v[j] : most[0];
+  double top = 0;
+  for (double m : most) top = m > top ? m : top;
+  return top;
+}
+
+double row_sum(const double* v, std::size_t n) {
+  double part[8] = {0, 0, 0, 0, 0, 0, 0, 0};
+  std::size_t j = 0;
+  for (; j + 8 <= n; j += 8)
+    for (std::size_t k = 0; k < 8; ++k) part[k] += v[j + k];
+  for (; j < n; ++j) part[0] += v[j];
+  return ((part[0] + part[1]) + (part[2] + part[3])) + ((part[4] + part[5]) + (part[6] + part[7]));
+}
+
+// Rows are rescaled by a power of two (exact) only when their largest match
+// weight leaves [2^-kDrift, 2^kDrift]: rarely, since a row grows by a few
+// powers of two at most. Weights below 2^-kNegligiblePower are dropped.
+constexpr int kDrift = 100;
+
+// Scales the n cells of each row given so that the largest of `m` lies in
+// [0.5, 1) when it has drifted too far; returns the power of two taken out.
+int rescale_if_drifted(std::initializer_list<double*> rowsToScale, const double* m, std::size_t n) {
+  const double top = row_max(m, n);
   if (top == 0 || !std::isfinite(top)) return 0;
   int e = 0;
   std::frexp(top, &e);
-  const double factor = std::ldexp(1.0, -e);  // a power of two: exact
+  if (e >= -kDrift && e <= kDrift) return 0;
+  const double factor = std::ldexp(1.0, -e);
   const double tiny = std::ldexp(1.0, -kNegligiblePower);
-  for (double* row : {m, x, y})
+  for (double* row : rowsToScale)
     for (std::size_t k = 0; k < n; ++k) {
       const double v = row[k] * factor;
       row[k] = v < tiny ? 0.0 : v;
@@ -94,39 +152,80 @@ int rescale(double* m, double* x, double* y, std::size_t n) {
   return e;
 }
 
+// Scratch rows of `cols` cells with kPad zeros either side; returns the
+// address of cell 0.
+double* padded_row(std::vector<double>& row, std::size_t cols) {
+  row.assign(cols + 2 * kPad, 0.0);
+  return row.data() + kPad;
+}
+
+// The row loops below read only the rows before (or after) and write only
+// this one: restrict lets the compiler run them several cells at a time.
+void forward_match_and_down(double* __restrict m, double* __restrict x, const double* __restrict pm,
+                            const double* __restrict px, const double* __restrict py, const double* __restrict e,
+                            const double* __restrict openInB, double start, double extend, double tiny,
+                            std::size_t cols) {
+  for (std::size_t j = 1; j <= cols; ++j) {
+    const double vm = e[j - 1] * (start + pm[j - 1] + px[j - 1] + py[j - 1]);
+    const double vx = pm[j] * openInB[j] + px[j] * extend;
+    m[j] = vm < tiny ? 0.0 : vm;
+    x[j] = vx < tiny ? 0.0 : vx;
+  }
+}
+
+void into_gap_run(double* __restrict c, const double* __restrict m, const double* __restrict x, double open,
+                  std::size_t cols) {
+  for (std::size_t k = 0; k < cols; ++k) c[k] = (m[k] + x[k]) * open;
+}
+
+// em[j] = e(j + 1) * M(row after, j + 1) for j in [1, cols).
+void into_match(double* __restrict em, const double* __restrict e, const double* __restrict nm, std::size_t cols) {
+  for (std::size_t j = 1; j < cols; ++j) em[j] = e[j] * nm[j + 1];
+}
+
+void backward_match_and_down(double* __restrict m, double* __restrict x, const double* __restrict em,
+                             const double* __restrict nx, const double* __restrict y,
+                             const double* __restrict openInB, double end, double openY, double extend,
+                             double tiny, std::size_t cols) {
+  for (std::size_t j = 1; j <= cols; ++j) {
+    const double vm = end + em[j] + openInB[j] * nx[j] + openY * y[j + 1];
+    const double vx = em[j] + extend * nx[j] + openY * y[j + 1];
+    m[j] = vm < tiny ? 0.0 : vm;
+    x[j] = vx < tiny ? 0.0 : vx;
+  }
+}
+
 // Forward pass: ws.forward holds M (scaled) for rows 1..rows, ws.forwardExp
 // each row's power of two. Returns the total weight as (mantissa, power).
 std::pair<double, int> forward_pass(PosteriorWorkspace& ws, const PairWeights& w) {
   const std::size_t rows = static_cast<std::size_t>(w.rows), cols = static_cast<std::size_t>(w.cols);
   const std::size_t width = cols + 1;
-  ws.thisM.assign(width, 0.0);
-  ws.thisX.assign(width, 0.0);
-  ws.thisY.assign(width, 0.0);
-  ws.nextM.assign(width, 0.0);
-  ws.nextX.assign(width, 0.0);
-  ws.nextY.assign(width, 0.0);
+  const GapRun run = gap_run_powers(w.extend);
+  const double tiny = std::ldexp(1.0, -kNegligiblePower);
+  double* x = padded_row(ws.thisX, width);
+  double* y = padded_row(ws.thisY, width);
+  double* px = padded_row(ws.nextX, width);  // the row before
+  double* py = padded_row(ws.nextY, width);
+  double* c = padded_row(ws.intoGap, cols);
+  double* s1 = padded_row(ws.chainA, cols);
+  double* s2 = padded_row(ws.chainB, cols);
+  std::fill(ws.forward.begin(), ws.forward.begin() + static_cast<std::ptrdiff_t>(width), 0.0);
   ws.forwardExp.assign(rows + 1, 0);
-  std::vector<double>&pm = ws.nextM, &px = ws.nextX, &py = ws.nextY;  // the row before
-  std::vector<double>&m = ws.thisM, &x = ws.thisX, &y = ws.thisY;
   std::vector<double> rowSum(rows + 1, 0.0);
-  int power = 0;  // the row before, unscaled = scaled * 2^power
+  int power = 0;  // unscaled = scaled * 2^power, for the row before and this one
   for (std::size_t i = 1; i <= rows; ++i) {
     const double start = negligible_cut(power);
     const double* e = ws.emission.data() + (i - 1) * cols;
     const double openY = w.openInA[i];
+    double* m = ws.forward.data() + i * width;
+    const double* pm = m - width;
     m[0] = x[0] = y[0] = 0;
-    for (std::size_t j = 1; j <= cols; ++j) {
-      m[j] = e[j - 1] * (start + pm[j - 1] + px[j - 1] + py[j - 1]);
-      x[j] = pm[j] * w.openInB[j] + px[j] * w.extend;
-    }
-    for (std::size_t j = 1; j <= cols; ++j) y[j] = (m[j - 1] + x[j - 1]) * openY + y[j - 1] * w.extend;
-    power += rescale(m.data(), x.data(), y.data(), width);
+    forward_match_and_down(m, x, pm, px, py, e, w.openInB.data(), start, w.extend, tiny, cols);
+    into_gap_run(c, m, x, openY, cols);
+    gap_run<1>(c, y + 1, cols, run, tiny, s1, s2);
+    power += rescale_if_drifted({m, x, y}, m, width);
     ws.forwardExp[i] = power;
-    std::copy(m.begin(), m.end(), ws.forward.begin() + static_cast<std::ptrdiff_t>(i * width));
-    double sum = 0;
-    for (std::size_t j = 1; j <= cols; ++j) sum += m[j];
-    rowSum[i] = sum;
-    std::swap(pm, m);
+    rowSum[i] = row_sum(m + 1, cols);
     std::swap(px, x);
     std::swap(py, y);
   }
@@ -154,27 +253,28 @@ void backward_pass(PosteriorWorkspace& ws, const PairWeights& w, std::pair<doubl
                    const PosteriorModel& model, std::vector<Link>& links) {
   const std::size_t rows = static_cast<std::size_t>(w.rows), cols = static_cast<std::size_t>(w.cols);
   const std::size_t width = cols + 2;
-  std::vector<double>&nm = ws.nextM, &nx = ws.nextX, &ny = ws.nextY;  // the row after
-  std::vector<double>&m = ws.thisM, &x = ws.thisX, &y = ws.thisY;
-  for (std::vector<double>* v : {&nm, &nx, &ny, &m, &x, &y}) v->assign(width, 0.0);
+  const GapRun run = gap_run_powers(w.extend);
+  const double tiny = std::ldexp(1.0, -kNegligiblePower);
+  double* nm = padded_row(ws.nextM, width);  // the row after
+  double* nx = padded_row(ws.nextX, width);
+  double* m = padded_row(ws.thisM, width);
+  double* x = padded_row(ws.thisX, width);
+  double* y = padded_row(ws.thisY, width);
+  double* em = padded_row(ws.intoGap, width);
+  double* s1 = padded_row(ws.chainA, cols);
+  double* s2 = padded_row(ws.chainB, cols);
   const double least = model.leastProb / 1000.0;
-  int power = 0;  // the row after, unscaled = scaled * 2^power
+  int power = 0;  // unscaled = scaled * 2^power, for the row after and this one
   for (std::size_t i = rows; i >= 1; --i) {
     const double end = negligible_cut(power);
     const double openY = w.openInA[i];
-    // em[j] = e(i + 1, j + 1) * M(i + 1, j + 1), zero past the last row.
-    std::vector<double>& em = ws.intoMatch;
-    em.assign(width, 0.0);
+    // em[j] = e(i + 1, j + 1) * M(i + 1, j + 1), zero past the last row and column.
     if (i < rows) {
       const double* e = ws.emission.data() + i * cols;
-      for (std::size_t j = 1; j < cols; ++j) em[j] = e[j] * nm[j + 1];
+      into_match(em, e, nm, cols);
     }
-    y[cols + 1] = 0;
-    for (std::size_t j = cols; j >= 1; --j) y[j] = em[j] + w.extend * y[j + 1];
-    for (std::size_t j = 1; j <= cols; ++j) {
-      m[j] = end + em[j] + w.openInB[j] * nx[j] + openY * y[j + 1];
-      x[j] = em[j] + w.extend * nx[j] + openY * y[j + 1];
-    }
+    gap_run<-1>(em + cols, y + cols, cols, run, tiny, s1, s2);
+    backward_match_and_down(m, x, em, nx, y, w.openInB.data(), end, openY, w.extend, tiny, cols);
     const double* f = ws.forward.data() + i * (cols + 1);
     const int shift = ws.forwardExp[i] + power - total.second;
     // A row so far below the total holds no likely pair.
@@ -183,12 +283,11 @@ void backward_pass(PosteriorWorkspace& ws, const PairWeights& w, std::pair<doubl
       const double p = f[j] * m[j] * factor;
       if (p >= least)
         links.push_back({static_cast<std::int32_t>(i - 1), static_cast<std::int32_t>(j - 1),
-                         static_cast<std::int16_t>(std::min(1000L, std::lround(p * 1000.0)))});
+                         static_cast<std::int16_t>(std::min(1000L, static_cast<long>(p * 1000.0 + 0.5)))});
     }
-    power += rescale(m.data() + 1, x.data() + 1, y.data() + 1, cols);
+    power += rescale_if_drifted({m + 1, x + 1}, m + 1, cols);
     std::swap(nm, m);
     std::swap(nx, x);
-    std::swap(ny, y);
   }
 }
 

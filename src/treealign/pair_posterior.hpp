@@ -34,7 +34,7 @@ PosteriorModel posterior_model(const ScoreTable& wtTable, const ScoreTable& ssTa
 
 // Scratch of one worker, grown as pairs need it.
 struct PosteriorWorkspace {
-  std::vector<double> forward, emission, intoMatch, nextM, nextX, nextY, thisM, thisX, thisY;
+  std::vector<double> forward, emission, intoGap, chainA, chainB, nextM, nextX, nextY, thisM, thisX, thisY;
   std::vector<int> forwardExp;
 };
 

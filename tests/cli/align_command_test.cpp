@@ -265,9 +265,9 @@ TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
            " in.fa 2>stderr.txt & pid=$!; for i in $(seq 200); do grep -q pairwise stderr.txt && break; sleep 0.05; "
            "done; kill -INT $pid; wait $pid; }",
        128 + 2,
-       "ravlin-align: shipped settings for inputs where no sequence has structure (ravlin-nostruct)\n"
-       "ravlin-align: mode tree (120 sequences, 643 million residue pairs; consistency up to 400 million, tree up "
-       "to 400 sequences)\n"
+       "ravlin-align: shipped settings for the consistency mode (ravlin-consistency)\n"
+       "ravlin-align: mode consistency (120 sequences, 643 million residue pairs; consistency up to 1000 million, "
+       "tree up to 400 sequences)\n"
        "ravlin-align: pairwise alignments ...\n" +
            interrupted},
       {"full standard output", ">a\nACDEFG\n>b\nACDFG\n", "{ " + bin + " -q in.fa >/dev/full 2>stderr.txt; }", 1,
