@@ -63,8 +63,22 @@ Group join_up_tree(const JoinContext& context, const GuideTree& tree, std::span<
 
 // ---- refinement ----
 
+// The likelihood, summed in thousandths, of the residue pairs of a and b
+// that the alignment puts in one column.
+std::int64_t likely_agreement(const SparseMap& aToB, const std::vector<std::int32_t>& colsA,
+                              const std::vector<std::int32_t>& colsB) {
+  std::int64_t agreed = 0;
+  for (std::size_t x = 0; x < colsA.size(); ++x)
+    for (std::int32_t s = aToB.start[x]; s < aToB.start[x + 1]; ++s)
+      if (colsB[static_cast<std::size_t>(aToB.partner[static_cast<std::size_t>(s)])] == colsA[x])
+        agreed += aToB.prob[static_cast<std::size_t>(s)];
+  return agreed;
+}
+
 // Agreement of the alignment with the pair library between the two sides of
-// a split: residue pairs both make, weighted as the joins weigh them.
+// a split, weighted as the joins weigh pairs: the likely pairs' summed
+// likelihood where the library keeps them (what the joins maximise), else the
+// residue pairs the alignment shares with each best pairwise alignment.
 std::int64_t cross_agreement(const JoinContext& context, const Group& group, const std::vector<char>& side) {
   const PairLibrary& library = *context.library;
   std::int64_t total = 0;
@@ -74,6 +88,11 @@ std::int64_t cross_agreement(const JoinContext& context, const Group& group, con
     for (std::size_t kb = 0; kb < group.members.size(); ++kb) {
       const int sb = group.members[kb];
       if (side[static_cast<std::size_t>(sb)]) continue;
+      if (library.keepsLikely) {
+        total += likely_agreement(*likely_partners(library, sa, sb), group.cols[ka], group.cols[kb]) *
+                 context.weights[static_cast<std::size_t>(sa)] * context.weights[static_cast<std::size_t>(sb)];
+        continue;
+      }
       const std::int32_t* partners = pair_partners(library, sa, sb);
       std::int64_t agreed = 0;
       for (std::size_t x = 0; x < group.cols[ka].size(); ++x)
@@ -194,9 +213,12 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   // stay small it keeps none (and gives neither refinement nor confidence).
   const bool keepMaps = options.mode == TreeMode::kConsistency || n <= kTreeMapsMostSeqs;
   std::optional<PosteriorModel> likely;
-  if (options.mode == TreeMode::kConsistency)
+  if (options.mode == TreeMode::kConsistency) {
+    const bool anyStructure = std::any_of(codes.begin(), codes.end(), [](const SeqCodes& c) { return c.hasSs; });
+    const double heat = anyStructure ? options.likelyHeat : options.likelyHeatWithoutStructure;
     likely = posterior_model(table, settings.ssMatrix, settings.gapPen, settings.gapSizePen,
-                             options.likelyHeat * mean_identity_score(table));
+                             heat * mean_identity_score(table));
+  }
   const PairLibrary library = build_pair_library(seqs, codes, pairScoring, keepMaps, likely ? &*likely : nullptr,
                                                  options.threads, progress.pairDone);
   const GuideTree tree = upgma_tree(n, pair_distances(library));

@@ -29,8 +29,10 @@ struct TreeAlignOptions {
   double tableWeight = 1.0;
   double libraryWeight = 40.0;
   // Temperature of the likely partners, as a share of the table's mean score
-  // of a standard residue against itself.
+  // of a standard residue against itself; warmer when no sequence has
+  // structure, whose scores alone tell true pairs from chance less sharply.
   double likelyHeat = 0.35;
+  double likelyHeatWithoutStructure = 0.42;
   // Share of the run's gap opening penalty a join charges: a join's gap is
   // charged for every member it opens in, a sequence's once.
   double joinGapShare = 0.35;
