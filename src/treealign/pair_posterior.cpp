@@ -184,9 +184,8 @@ void into_match(double* __restrict em, const double* __restrict e, const double*
 }
 
 void backward_match_and_down(double* __restrict m, double* __restrict x, const double* __restrict em,
-                             const double* __restrict nx, const double* __restrict y,
-                             const double* __restrict openInB, double end, double openY, double extend,
-                             double tiny, std::size_t cols) {
+                             const double* __restrict nx, const double* __restrict y, const double* __restrict openInB,
+                             double end, double openY, double extend, double tiny, std::size_t cols) {
   for (std::size_t j = 1; j <= cols; ++j) {
     const double vm = end + em[j] + openInB[j] * nx[j] + openY * y[j + 1];
     const double vx = em[j] + extend * nx[j] + openY * y[j + 1];
