@@ -182,7 +182,8 @@ GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table,
   GroupScoring scoring;
   scoring.wtTable = table;
   scoring.ssTable = settings.ssMatrix;
-  scoring.gapOpen = static_cast<int>(std::lround(settings.gapPen * options.joinGapShare));
+  const double share = options.mode == TreeMode::kConsistency ? options.consistencyJoinGapShare : options.joinGapShare;
+  scoring.gapOpen = static_cast<int>(std::lround(settings.gapPen * share));
   scoring.gapLength = settings.gapSizePen;
   scoring.tableWeight = options.tableWeight;
   return scoring;
@@ -245,7 +246,11 @@ void run_given_joins(const RunSettings& settings, std::span<const SeqRecord> seq
   const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
   const std::vector<std::int64_t> weights(seqs.size(), 1);
   const JoinContext context{
-      codes, weights, nullptr, {}, group_scoring(settings, prepared_residue_table(settings), TreeAlignOptions{})};
+      codes,
+      weights,
+      nullptr,
+      {},
+      group_scoring(settings, prepared_residue_table(settings), TreeAlignOptions{.mode = TreeMode::kTree})};
   Group alignment = group_of_rows(parts[0], rows[0]);
   std::vector<int> rowOrder = parts[0];
   for (std::size_t p = 1; p < parts.size(); ++p) {

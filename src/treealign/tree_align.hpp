@@ -36,6 +36,9 @@ struct TreeAlignOptions {
   // Share of the run's gap opening penalty a join charges: a join's gap is
   // charged for every member it opens in, a sequence's once.
   double joinGapShare = 0.35;
+  // In the consistency mode the library, not the table, carries most of a
+  // join's score, and the run's full opening keeps its gaps in proportion.
+  double consistencyJoinGapShare = 1.0;
 };
 
 enum class TreeStage { kPairs, kWordTree, kJoins, kRefine };
