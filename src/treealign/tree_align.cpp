@@ -20,12 +20,36 @@ namespace {
 
 constexpr int kTreeMapsMostSeqs = 500;
 
+// How surely two sequences align: the mean, over the shorter one's residues,
+// of the likelihood of each residue's likeliest partner (0..1).
+double alignment_sureness(const SparseMap& aToB, const SparseMap& bToA) {
+  const SparseMap& shorter = aToB.start.size() <= bToA.start.size() ? aToB : bToA;
+  const std::size_t len = shorter.start.size() - 1;
+  if (len == 0) return 0;
+  std::int64_t sum = 0;
+  for (std::size_t x = 0; x < len; ++x) {
+    std::int16_t best = 0;
+    for (std::int32_t s = shorter.start[x]; s < shorter.start[x + 1]; ++s)
+      best = std::max(best, shorter.prob[static_cast<std::size_t>(s)]);
+    sum += best;
+  }
+  return static_cast<double>(sum) / (1000.0 * static_cast<double>(len));
+}
+
+// Distances for the guide tree: one minus the pair's identity, or where the
+// library keeps likely pairs, one minus the mean of identity and sureness
+// (identity alone ranks a distant member by a few chance matches).
 std::vector<double> pair_distances(const PairLibrary& library) {
   const int n = library.n;
   std::vector<double> d(static_cast<std::size_t>(n) * static_cast<std::size_t>(n), 0.0);
   for (int i = 1; i < n; ++i)
     for (int j = 0; j < i; ++j) {
-      const double value = 1.0 - pair_identity(library, i, j) / 1000.0;
+      const double identity = pair_identity(library, i, j) / 1000.0;
+      const double similarity =
+          library.keepsLikely
+              ? 0.5 * (identity + alignment_sureness(*likely_partners(library, i, j), *likely_partners(library, j, i)))
+              : identity;
+      const double value = 1.0 - similarity;
       d[static_cast<std::size_t>(i) * n + j] = d[static_cast<std::size_t>(j) * n + i] = value;
     }
   return d;
