@@ -305,7 +305,12 @@ RunMode chosen_mode(const AlignOptions& options, const std::vector<SeqRecord>& r
   return static_cast<int>(records.size()) <= kTreeMostSeqs ? RunMode::kTree : RunMode::kFast;
 }
 
-std::string millions(double count) { return std::to_string(std::llround(count / 1e6)) + " million"; }
+// "1,917 million": grouped as the help and the manual write it.
+std::string millions(double count) {
+  std::string digits = std::to_string(std::llround(count / 1e6));
+  for (std::size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, ",");
+  return digits + " million";
+}
 
 void note_mode(const AlignOptions& options, const std::vector<SeqRecord>& records, RunMode mode,
                const ProgressState& progress) {

@@ -369,12 +369,12 @@ std::string align_help_text() {
          "(10,000 x 300 residues: about 15 s and 300 MB; no refinement, no confidence).\n"
          "designed adds the sequences one by one in the order of their pair scores, as\n"
          "ravlin and ravlin-batch do, and keeps their limits (500 sequences of 3 to 4,000\n"
-         "residues, 3,500 columns). auto takes consistency up to 400 million residue pairs\n"
-         "(about 90 sequences of 300), tree up to 400 sequences and fast above, and\n"
+         "residues, 3,500 columns). auto takes consistency up to 1,000 million residue\n"
+         "pairs (about 140 sequences of 300), tree up to 400 sequences and fast above, and\n"
          "designed for -f report or --order. tree, consistency and fast have no\n"
          "fixed limits: memory grows with the pairs in tree (about 4 bytes per residue per\n"
-         "sequence, 200 x 300 residues: about 65 MB) and consistency (about 25 bytes:\n"
-         "about 300 MB), with the input in fast.\n"
+         "sequence, 200 x 300 residues: about 65 MB) and consistency (about 28 bytes:\n"
+         "about 340 MB), with the input in fast.\n"
          "Exit status: 0 done, 1 an input or run error, 2 a usage error.\n"
          "Kernel: " +
          std::string(kernel_name(best_kernel())) +

@@ -266,7 +266,7 @@ TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
            "done; kill -INT $pid; wait $pid; }",
        128 + 2,
        "ravlin-align: shipped settings for the consistency mode (ravlin-consistency)\n"
-       "ravlin-align: mode consistency (120 sequences, 643 million residue pairs; consistency up to 1000 million, "
+       "ravlin-align: mode consistency (120 sequences, 643 million residue pairs; consistency up to 1,000 million, "
        "tree up to 400 sequences)\n"
        "ravlin-align: pairwise alignments ...\n" +
            interrupted},
