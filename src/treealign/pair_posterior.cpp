@@ -1,6 +1,6 @@
 // Sections: the portable exponential, the model's weights, the forward and
-// backward passes (each row scaled by a power of two, which is exact), the
-// sparse maps.
+// backward passes (a row that drifts far from 1 is scaled by a power of two,
+// which is exact), the sparse maps.
 #include "treealign/pair_posterior.hpp"
 
 #include <algorithm>
@@ -27,8 +27,8 @@ double portable_exp(double x) {
 
 namespace {
 
-// Weights below this share of their row's largest are dropped: they cannot
-// matter, and arithmetic on numbers near a double's smallest is very slow.
+// Weights below 2^-kNegligiblePower (in a row's scaled units) are dropped:
+// they cannot matter, and arithmetic near a double's smallest is very slow.
 constexpr int kNegligiblePower = 400;
 
 double negligible_cut(int power) { return power > kNegligiblePower ? 0.0 : std::ldexp(1.0, -power); }
@@ -131,7 +131,7 @@ double row_sum(const double* v, std::size_t n) {
 
 // Rows are rescaled by a power of two (exact) only when their largest match
 // weight leaves [2^-kDrift, 2^kDrift]: rarely, since a row grows by a few
-// powers of two at most. Weights below 2^-kNegligiblePower are dropped.
+// powers of two at most.
 constexpr int kDrift = 100;
 
 // Scales the n cells of each row given so that the largest of `m` lies in
