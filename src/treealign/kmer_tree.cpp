@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <exception>
+#include <string_view>
 #include <thread>
 
 #include "malign/pair_stage.hpp"
@@ -48,6 +49,33 @@ int residue_class(char c) {
       return 5;
     default:
       return -1;
+  }
+}
+
+constexpr std::string_view kLetters = "ACDEFGHIKLMNPQRSTVWY";
+constexpr std::uint32_t kClassWords = 46656;  // 6^kClassWordLength: letter words are numbered after
+
+int residue_letter(char c) {
+  const std::size_t at = kLetters.find(c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c);
+  return at == std::string_view::npos ? -1 : static_cast<int>(at);
+}
+
+// Appends the words of length residues over an alphabet of size letters
+// (code gives a residue's letter, -1 to end a word), numbered from first.
+void append_words(const std::string& residues, int (*code)(char), std::uint32_t letters, int length,
+                  std::uint32_t first, std::vector<std::uint32_t>& words) {
+  std::uint32_t span = 1;
+  for (int k = 0; k < length; ++k) span *= letters;
+  std::uint32_t word = 0;
+  int run = 0;  // letters read since the last break
+  for (const char c : residues) {
+    const int letter = code(c);
+    if (letter < 0) {
+      run = 0;
+      continue;
+    }
+    word = (word * letters + static_cast<std::uint32_t>(letter)) % span;
+    if (++run >= length) words.push_back(first + word);
   }
 }
 
@@ -257,17 +285,8 @@ double split_height(const std::vector<std::vector<KmerCount>>& words, const Spli
 
 std::vector<KmerCount> kmer_counts(const std::string& residues) {
   std::vector<std::uint32_t> words;
-  std::uint32_t word = 0;
-  int run = 0;  // classes read since the last break
-  for (const char c : residues) {
-    const int cls = residue_class(c);
-    if (cls < 0) {
-      run = 0;
-      continue;
-    }
-    word = (word * 6 + static_cast<std::uint32_t>(cls)) % 1296;  // 6^kKmerLength
-    if (++run >= kKmerLength) words.push_back(word);
-  }
+  append_words(residues, residue_class, 6, kClassWordLength, 0, words);
+  append_words(residues, residue_letter, 20, kLetterWordLength, kClassWords, words);
   std::sort(words.begin(), words.end());
   std::vector<KmerCount> counts;
   for (const std::uint32_t w : words) {

@@ -13,10 +13,13 @@
 #include "seq/seq_record.hpp"
 #include "treealign/guide_tree.hpp"
 
-// Words of kKmerLength residues over six residue classes (AGPST, C, DENQ,
-// HKR, ILMV, FWY; any other letter ends a word), each distinct word with how
-// often it occurs, in word order.
-inline constexpr int kKmerLength = 4;
+// Words of two kinds, counted together (any other letter ends a word): six
+// residues over six classes (AGPST, C, DENQ, HKR, ILMV, FWY), which distant
+// relatives still share, and three of the twenty standard residues, which
+// tell near relatives apart. Each distinct word with how often it occurs, in
+// word order.
+inline constexpr int kClassWordLength = 6;
+inline constexpr int kLetterWordLength = 3;
 struct KmerCount {
   std::uint32_t word;
   std::uint32_t count;

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "align/score_codes.hpp"
 #include "malign/run.hpp"
 #include "shell/errors.hpp"
 #include "treealign/column_confidence.hpp"
@@ -210,6 +211,11 @@ GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table,
   scoring.gapOpen = static_cast<int>(std::lround(settings.gapPen * share));
   scoring.gapLength = settings.gapSizePen;
   scoring.tableWeight = options.tableWeight;
+  if (options.mode == TreeMode::kFast) {
+    const int bonus = static_cast<int>(std::lround(options.fastPairBonus * mean_identity_score(table)));
+    for (int row = 0; row < kOtherCode; ++row)
+      for (int col = 0; col < kOtherCode; ++col) scoring.wtTable[static_cast<std::size_t>(row * kTableDim + col)] += bonus;
+  }
   return scoring;
 }
 

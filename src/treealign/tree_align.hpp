@@ -39,6 +39,12 @@ struct TreeAlignOptions {
   // In the consistency mode the library, not the table, carries most of a
   // join's score, and the run's full opening keeps its gaps in proportion.
   double consistencyJoinGapShare = 1.0;
+  // In the fast mode, added to every residue pair's table score as a share
+  // of the table's mean identity score: a residue left opposite a gap forgoes
+  // it, so gaps cost by the residues they leave unpaired, as the sum of pairs
+  // counts them. A large family's many scattered gaps otherwise make a gap
+  // next to them nearly free, and its groups drift apart.
+  double fastPairBonus = 0.56;
 };
 
 enum class TreeStage { kPairs, kWordTree, kJoins, kRefine };

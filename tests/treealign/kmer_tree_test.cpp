@@ -1,6 +1,7 @@
 // The word distance behind the large-family guide tree, on cases counted by
-// hand: residues of one class share words, other letters break words, and
-// the distance is over the smaller word total.
+// hand: six-residue words over classes and three-letter words over the
+// residues count together, other letters break words, and the distance is
+// over the smaller word total.
 #include "treealign/kmer_tree.hpp"
 
 #include <gtest/gtest.h>
@@ -16,12 +17,12 @@ struct DistanceCase {
 
 TEST(KmerTree, DistanceCountsSharedWordsOverTheFewer) {
   const DistanceCase cases[] = {
-      {"AAAAA", "GGGGG", 0.0},        // A and G are one class: two words 0000 each
-      {"ACDEH", "ACDEF", 0.5},        // ACDE shared; CDEH and CDEF differ in the last class
-      {"AAAAAA", "AAAAC", 0.5},       // 0000 x3 against 0000, 0001: one shared of the fewer two
-      {"AAAXAAAA", "SSSS", 0.0},      // X ends a word: only the last four make one
-      {"ACD", "ACDEF", 1.0},          // too short for any word
-      {"LLLLLLLL", "FFFFFFFF", 1.0},  // I L M V against F W Y: nothing shared
+      {"AAAAAA", "GGGGGG", 0.8},   // one class word shared; AAA x4 against GGG x4: 1 of 5
+      {"ACDEFG", "ACDEFH", 0.4},   // class words differ in the last; ACD CDE DEF shared: 3 of 5
+      {"AAXAAA", "aaa", 0.0},      // X ends a word: each has AAA once; case does not matter
+      {"AAAAAAA", "AAAA", 0.0},    // AAA x2 in the fewer, both shared
+      {"AC", "ACDEF", 1.0},        // too short for any word
+      {"LLLLLL", "FFFFFF", 1.0},   // I L M V against F W Y: nothing shared
   };
   for (const DistanceCase& c : cases) {
     EXPECT_DOUBLE_EQ(kmer_distance(kmer_counts(c.a), kmer_counts(c.b)), c.distance) << c.a << " " << c.b;
