@@ -214,7 +214,8 @@ GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table,
   if (options.mode == TreeMode::kFast) {
     const int bonus = static_cast<int>(std::lround(options.fastPairBonus * mean_identity_score(table)));
     for (int row = 0; row < kOtherCode; ++row)
-      for (int col = 0; col < kOtherCode; ++col) scoring.wtTable[static_cast<std::size_t>(row * kTableDim + col)] += bonus;
+      for (int col = 0; col < kOtherCode; ++col)
+        scoring.wtTable[static_cast<std::size_t>(row * kTableDim + col)] += bonus;
   }
   return scoring;
 }
