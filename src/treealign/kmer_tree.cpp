@@ -14,7 +14,7 @@
 namespace {
 
 // Parts this small are joined by average linkage on their own distances.
-constexpr std::size_t kPartMost = 400;
+constexpr std::size_t kPartMost = 1000;
 // Members of each side whose distances estimate the height of a split.
 constexpr std::size_t kSplitSamples = 8;
 constexpr int kSplitRounds = 12;
