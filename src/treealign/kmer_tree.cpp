@@ -53,7 +53,13 @@ int residue_class(char c) {
 }
 
 constexpr std::string_view kLetters = "ACDEFGHIKLMNPQRSTVWY";
-constexpr std::uint32_t kClassWords = 46656;  // 6^kClassWordLength: letter words are numbered after
+constexpr std::uint32_t words_of_length(std::uint32_t letters, int length) {
+  std::uint32_t count = 1;
+  for (int k = 0; k < length; ++k) count *= letters;
+  return count;
+}
+// Letter words are numbered after every class word.
+constexpr std::uint32_t kClassWords = words_of_length(6, kClassWordLength);
 
 int residue_letter(char c) {
   const std::size_t at = kLetters.find(c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c);
@@ -64,8 +70,7 @@ int residue_letter(char c) {
 // (code gives a residue's letter, -1 to end a word), numbered from first.
 void append_words(const std::string& residues, int (*code)(char), std::uint32_t letters, int length,
                   std::uint32_t first, std::vector<std::uint32_t>& words) {
-  std::uint32_t span = 1;
-  for (int k = 0; k < length; ++k) span *= letters;
+  const std::uint32_t span = words_of_length(letters, length);
   std::uint32_t word = 0;
   int run = 0;  // letters read since the last break
   for (const char c : residues) {
