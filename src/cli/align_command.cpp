@@ -184,6 +184,21 @@ RunSettings read_settings(const AlignOptions& options, const std::vector<SeqReco
   return settings;
 }
 
+// A shipped set as it stands, for a second view beside the run's settings.
+RunSettings read_shipped_settings(const std::string& name) {
+  const ShippedSet set{name, ""};
+  const std::string parmsText = shipped_parms_text(set);
+  UniqueFile parms = open_text(parmsText);
+  UniqueFile weights = open_text(shipped_file("ravlin-" + name + ".wts"));
+  WeightSource source{weights.get(), "ravlin-" + name + ".wts"};
+  RunSettings settings;
+  ParmsRead read;
+  std::optional<Failure> failure = read_parms_file(parms.get(), &source, settings, read);
+  if (!failure) failure = check_ravlin_parms(settings, read, false);
+  fail_on(failure, "shipped ravlin-" + name + ".parms");
+  return settings;
+}
+
 // ---- structure and anchors ----
 
 bool has_state(const std::string& states) { return states.find_first_not_of('X') != std::string::npos; }
@@ -336,13 +351,20 @@ void on_tree_stage(ProgressState& progress, TreeStage stage) {
   if (stage == TreeStage::kRefine) start_stage(progress, "refinement");
 }
 
-void run_tree_mode(RunMode mode, const RunSettings& settings, const RunInput& run, ProgressState& progress,
-                   RunResult& result, std::string& confidence) {
+// shipped: the run's settings are the shipped ones (no --weights or --params).
+void run_tree_mode(RunMode mode, const RunSettings& settings, bool shipped, const RunInput& run,
+                   ProgressState& progress, RunResult& result, std::string& confidence) {
   TreeAlignOptions options;
   options.mode = mode == RunMode::kTree   ? TreeMode::kTree
                  : mode == RunMode::kFast ? TreeMode::kFast
                                           : TreeMode::kConsistency;
   options.threads = settings.threads;
+  if (mode == RunMode::kConsistency && shipped) {
+    const RunSettings second = read_shipped_settings("nostruct");
+    options.secondTable = SecondTable{prepared_residue_table(second), second.gapPen};
+    if (seqs_with_structure(run.seqs) == 0)
+      note(progress, "no sequence has structure: the likely pairs also weigh the ravlin-nostruct table");
+  }
   TreeAlignProgress callbacks;
   callbacks.stageStarted = [&](TreeStage stage) { on_tree_stage(progress, stage); };
   callbacks.pairDone = [&](std::size_t done, std::size_t total) { on_pair_done(progress, done, total); };
@@ -484,7 +506,8 @@ int run_align_command(int argc, char** argv) {
   if (mode != RunMode::kDesigned) {
     RunResult result;
     std::string confidence;
-    run_tree_mode(mode, settings, run, progress, result, confidence);
+    const bool shipped = options.weightsFile.empty() && options.paramsFile.empty();
+    run_tree_mode(mode, settings, shipped, run, progress, result, confidence);
     end_stage(progress);
     write_result(options, settings, run, result, confidence, target.stream);
     if (!commit_output(target, error)) fail(error);

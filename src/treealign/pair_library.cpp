@@ -98,10 +98,10 @@ const std::int32_t* pair_partners(const PairLibrary& library, int a, int b) {
 }
 
 PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
-                               const PairScoring& scoring, bool keepMaps, const PosteriorModel* likely, int threads,
-                               const PairDone& progress) {
+                               const PairScoring& scoring, bool keepMaps, std::span<const PosteriorModel> likely,
+                               int threads, const PairDone& progress) {
   PairLibrary library;
-  library.keepsLikely = likely != nullptr;
+  library.keepsLikely = !likely.empty();
   library.n = static_cast<int>(seqs.size());
   library.keepsMaps = keepMaps;
   const std::size_t total = library.n > 1 ? pair_index(library.n - 1, library.n - 2) + 1 : 0;
@@ -122,8 +122,8 @@ PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const 
         const auto [i, j] = order[k];
         const auto si = static_cast<std::size_t>(i), sj = static_cast<std::size_t>(j);
         align_one_pair(ws, seqs[si], codes[si], seqs[sj], codes[sj], scoring, keepMaps, library.pairs[k]);
-        if (likely != nullptr)
-          pair_posteriors(ws.likely, codes[si], codes[sj], *likely, library.pairs[k].iLikely, library.pairs[k].jLikely);
+        if (!likely.empty())
+          pair_posteriors(ws.likely, codes[si], codes[sj], likely, library.pairs[k].iLikely, library.pairs[k].jLikely);
       } catch (...) {
         const std::lock_guard<std::mutex> hold(errorLock);
         if (!firstError) firstError = std::current_exception();

@@ -55,9 +55,9 @@ const std::int32_t* pair_partners(const PairLibrary& library, int a, int b);
 const SparseMap* likely_partners(const PairLibrary& library, int a, int b);
 
 // In: the sequences and their codes, the scores, whether to keep the residue
-// maps, the model of the likely partners to keep (or null), workers.
+// maps, the models of the likely partners to keep (none: keep none), workers.
 // Out: every pair aligned; progress(done, total) called on the calling thread.
 // Exhausted memory is raised as RunFailure.
 PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
-                               const PairScoring& scoring, bool keepMaps, const PosteriorModel* likely, int threads,
-                               const PairDone& progress);
+                               const PairScoring& scoring, bool keepMaps, std::span<const PosteriorModel> likely,
+                               int threads, const PairDone& progress);

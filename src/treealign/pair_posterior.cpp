@@ -330,23 +330,50 @@ PosteriorModel posterior_model(const ScoreTable& wtTable, const ScoreTable& ssTa
   return model;
 }
 
-void pair_posteriors(PosteriorWorkspace& ws, const SeqCodes& a, const SeqCodes& b, const PosteriorModel& model,
-                     SparseMap& aToB, SparseMap& bToA) {
+namespace {
+
+// One model's links between a and b.
+void model_links(PosteriorWorkspace& ws, const SeqCodes& a, const SeqCodes& b, const PosteriorModel& model,
+                 std::vector<Link>& links) {
   PairWeights w;
   w.rows = static_cast<int>(a.res.size());
   w.cols = static_cast<int>(b.res.size());
   const std::size_t rows = a.res.size(), cols = b.res.size();
-  std::vector<Link> links;
-  if (rows > 0 && cols > 0) {
-    w.extend = portable_exp(-model.gapLength / model.temperature);
-    w.openInA = opening_weights(model, a);
-    w.openInB = opening_weights(model, b);
-    ws.emission.resize(rows * cols);
-    fill_emission(ws, model, a, b);
-    ws.forward.resize((rows + 1) * (cols + 1));
-    const std::pair<double, int> total = forward_pass(ws, w);
-    backward_pass(ws, w, total, model, links);
+  if (rows == 0 || cols == 0) return;
+  w.extend = portable_exp(-model.gapLength / model.temperature);
+  w.openInA = opening_weights(model, a);
+  w.openInB = opening_weights(model, b);
+  ws.emission.resize(rows * cols);
+  fill_emission(ws, model, a, b);
+  ws.forward.resize((rows + 1) * (cols + 1));
+  const std::pair<double, int> total = forward_pass(ws, w);
+  backward_pass(ws, w, total, model, links);
+}
+
+// The models' links averaged: a pair one model leaves out counts 0 there.
+std::vector<Link> averaged_links(std::vector<Link> links, int models, int leastProb) {
+  std::sort(links.begin(), links.end(),
+            [](const Link& p, const Link& q) { return p.x != q.x ? p.x < q.x : p.y < q.y; });
+  std::vector<Link> out;
+  for (std::size_t s = 0; s < links.size();) {
+    int sum = 0;
+    std::size_t t = s;
+    for (; t < links.size() && links[t].x == links[s].x && links[t].y == links[s].y; ++t) sum += links[t].prob;
+    const int mean = (sum + models / 2) / models;
+    if (mean >= leastProb) out.push_back({links[s].x, links[s].y, static_cast<std::int16_t>(mean)});
+    s = t;
   }
-  aToB = sparse_map(links, rows, true);
-  bToA = sparse_map(links, cols, false);
+  return out;
+}
+
+}  // namespace
+
+void pair_posteriors(PosteriorWorkspace& ws, const SeqCodes& a, const SeqCodes& b,
+                     std::span<const PosteriorModel> models, SparseMap& aToB, SparseMap& bToA) {
+  std::vector<Link> links;
+  for (const PosteriorModel& model : models) model_links(ws, a, b, model, links);
+  if (models.size() > 1)
+    links = averaged_links(std::move(links), static_cast<int>(models.size()), models[0].leastMeanProb);
+  aToB = sparse_map(links, a.res.size(), true);
+  bToA = sparse_map(links, b.res.size(), false);
 }

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "matrix/weight_matrix.hpp"
@@ -27,6 +28,9 @@ struct PosteriorModel {
   int gapOpen = 0, gapLength = 0;          // table units, as the pairwise alignments charge them
   double temperature = 10.0;
   int leastProb = 10;  // thousandths below which a pair is dropped
+  // The same for the mean of several models: the mean spreads a residue's
+  // links over every model's partners, and the faint ones only cost time.
+  int leastMeanProb = 40;
 };
 
 PosteriorModel posterior_model(const ScoreTable& wtTable, const ScoreTable& ssTable, int gapOpen, int gapLength,
@@ -42,7 +46,7 @@ struct PosteriorWorkspace {
 // bits on every machine (the system's exp may not).
 double portable_exp(double x);
 
-// In: two sequences' codes, the model. Out: each residue's likely partners,
-// from a's side and from b's.
-void pair_posteriors(PosteriorWorkspace& ws, const SeqCodes& a, const SeqCodes& b, const PosteriorModel& model,
-                     SparseMap& aToB, SparseMap& bToA);
+// In: two sequences' codes, the models (each pair's likelihood is the mean
+// of theirs). Out: each residue's likely partners, from a's side and from b's.
+void pair_posteriors(PosteriorWorkspace& ws, const SeqCodes& a, const SeqCodes& b,
+                     std::span<const PosteriorModel> models, SparseMap& aToB, SparseMap& bToA);

@@ -244,15 +244,21 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   // tree alone needs only the identities, so beyond the size where the maps
   // stay small it keeps none (and gives neither refinement nor confidence).
   const bool keepMaps = options.mode == TreeMode::kConsistency || n <= kTreeMapsMostSeqs;
-  std::optional<PosteriorModel> likely;
+  std::vector<PosteriorModel> likely;
   if (options.mode == TreeMode::kConsistency) {
     const bool anyStructure = std::any_of(codes.begin(), codes.end(), [](const SeqCodes& c) { return c.hasSs; });
     const double heat = anyStructure ? options.likelyHeat : options.likelyHeatWithoutStructure;
-    likely = posterior_model(table, settings.ssMatrix, settings.gapPen, settings.gapSizePen,
-                             heat * mean_identity_score(table));
+    likely.push_back(posterior_model(table, settings.ssMatrix, settings.gapPen, settings.gapSizePen,
+                                     heat * mean_identity_score(table)));
+    if (options.secondTable && !anyStructure) {
+      const ScoreTable& second = options.secondTable->wtTable;
+      likely.push_back(posterior_model(second, settings.ssMatrix, options.secondTable->gapOpen,
+                                       options.secondTableGapLength,
+                                       options.secondTableHeat * mean_identity_score(second)));
+    }
   }
-  const PairLibrary library = build_pair_library(seqs, codes, pairScoring, keepMaps, likely ? &*likely : nullptr,
-                                                 options.threads, progress.pairDone);
+  const PairLibrary library =
+      build_pair_library(seqs, codes, pairScoring, keepMaps, likely, options.threads, progress.pairDone);
   const GuideTree tree = upgma_tree(n, pair_distances(library));
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);

@@ -21,6 +21,13 @@
 // carrying profiles only; no refinement, no confidence.
 enum class TreeMode { kTree, kConsistency, kFast };
 
+// A second residue table for the likely partners (its gap opening in its
+// own units).
+struct SecondTable {
+  ScoreTable wtTable;
+  int gapOpen = 0;
+};
+
 struct TreeAlignOptions {
   TreeMode mode = TreeMode::kConsistency;
   int threads = 0;       // as the pairwise stage counts them
@@ -45,6 +52,15 @@ struct TreeAlignOptions {
   // counts them. A large family's many scattered gaps otherwise make a gap
   // next to them nearly free, and its groups drift apart.
   double fastPairBonus = 0.56;
+  // When no sequence has structure, each pair's likely partners are the mean
+  // of two sums: the run's table and this one. Two tables' chance pairs
+  // differ where the true ones agree, and the structure that would tell them
+  // apart is missing.
+  std::optional<SecondTable> secondTable{};
+  double secondTableHeat = 0.6;
+  // Charged per position of its gaps whatever the table's own: a sum without
+  // a length charge lets a short sequence slide along a long one.
+  int secondTableGapLength = 1;
 };
 
 enum class TreeStage { kPairs, kWordTree, kJoins, kRefine };

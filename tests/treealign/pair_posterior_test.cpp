@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <string>
 
 #include "matrix/weight_matrix.hpp"
@@ -52,7 +53,7 @@ TEST(PairPosteriors, LikelyPartnersFollowThePlainAlignment) {
   for (const Case& c : cases) {
     PosteriorWorkspace ws;
     SparseMap aToB, bToA;
-    pair_posteriors(ws, codes_of(c.a), codes_of(c.b), model, aToB, bToA);
+    pair_posteriors(ws, codes_of(c.a), codes_of(c.b), {&model, 1}, aToB, bToA);
     EXPECT_EQ(best_partners(aToB), c.partners) << c.what;
     ASSERT_EQ(aToB.partner.size(), bToA.partner.size()) << c.what;
     for (std::size_t x = 0; x + 1 < aToB.start.size(); ++x)
@@ -65,6 +66,36 @@ TEST(PairPosteriors, LikelyPartnersFollowThePlainAlignment) {
         EXPECT_TRUE(found) << c.what << ": link " << x << "-" << y;
       }
   }
+}
+
+std::map<std::pair<int, int>, int> links_of(const SparseMap& map) {
+  std::map<std::pair<int, int>, int> links;
+  for (std::size_t x = 0; x + 1 < map.start.size(); ++x)
+    for (std::int32_t s = map.start[x]; s < map.start[x + 1]; ++s)
+      links[{static_cast<int>(x), map.partner[static_cast<std::size_t>(s)]}] = map.prob[static_cast<std::size_t>(s)];
+  return links;
+}
+
+// Two models: each link is the mean of the two models' (a link one model
+// drops counts 0 there), kept when it reaches the least mean probability.
+TEST(PairPosteriors, TwoModelsGiveTheMeanOfTheirLinks) {
+  ScoreTable table{}, none{};
+  for (int x = 0; x < kTableDim; ++x)
+    for (int y = 0; y < kTableDim; ++y) table[static_cast<std::size_t>(x * kTableDim + y)] = x == y ? 30 : -5;
+  const PosteriorModel models[] = {posterior_model(table, none, 60, 0, 10.0),
+                                   posterior_model(table, none, 40, 2, 25.0)};
+  const SeqCodes a = codes_of("ACDEFGHIKLMNPQ"), b = codes_of("ACDEFKLMNPQ");
+  PosteriorWorkspace ws;
+  SparseMap single[2], aToB, bToA;
+  for (int m = 0; m < 2; ++m) pair_posteriors(ws, a, b, {&models[m], 1}, single[m], bToA);
+  pair_posteriors(ws, a, b, models, aToB, bToA);
+  std::map<std::pair<int, int>, int> expected;
+  for (const auto& [link, prob] : links_of(single[0])) expected[link] += prob;
+  for (const auto& [link, prob] : links_of(single[1])) expected[link] += prob;
+  for (auto& entry : expected) entry.second = (entry.second + 1) / 2;
+  std::erase_if(expected, [](const auto& entry) { return entry.second < 40; });
+  EXPECT_EQ(links_of(aToB), expected);
+  EXPECT_NE(links_of(single[0]), links_of(single[1]));  // the models differ, or the test proves nothing
 }
 
 TEST(PairPosteriors, PortableExpMatchesTheLibrary) {
