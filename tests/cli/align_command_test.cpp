@@ -268,6 +268,7 @@ TEST(AlignCommand, StoppedRunsLeaveNothingBehind) {
        "ravlin-align: shipped settings for the consistency mode (ravlin-consistency)\n"
        "ravlin-align: mode consistency (120 sequences, 643 million residue pairs; consistency up to 1,000 million, "
        "tree up to 400 sequences)\n"
+       "ravlin-align: no sequence has structure: the likely pairs also weigh the ravlin-nostruct table\n"
        "ravlin-align: pairwise alignments ...\n" +
            interrupted},
       {"full standard output", ">a\nACDEFG\n>b\nACDFG\n", "{ " + bin + " -q in.fa >/dev/full 2>stderr.txt; }", 1,
