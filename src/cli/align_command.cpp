@@ -351,6 +351,15 @@ void on_tree_stage(ProgressState& progress, TreeStage stage) {
   if (stage == TreeStage::kRefine) start_stage(progress, "refinement");
 }
 
+TreeScores tree_scores(const RunSettings& settings) {
+  return {prepared_residue_table(settings),
+          settings.ssMatrix,
+          settings.gapPen,
+          settings.gapSizePen,
+          settings.midStructPen,
+          settings.endStructPen};
+}
+
 // shipped: the run's settings are the shipped ones (no --weights or --params).
 void run_tree_mode(RunMode mode, const RunSettings& settings, bool shipped, const RunInput& run,
                    ProgressState& progress, RunResult& result, std::string& confidence) {
@@ -369,7 +378,7 @@ void run_tree_mode(RunMode mode, const RunSettings& settings, bool shipped, cons
   callbacks.stageStarted = [&](TreeStage stage) { on_tree_stage(progress, stage); };
   callbacks.pairDone = [&](std::size_t done, std::size_t total) { on_pair_done(progress, done, total); };
   TreeAlignResult aligned;
-  fail_on(tree_align(settings, run.seqs, options, aligned, callbacks), "");
+  fail_on(tree_align(tree_scores(settings), run.seqs, options, aligned, callbacks), "");
   result.alignment = std::move(aligned.alignment);
   result.alignOrder = std::move(aligned.order);
   confidence = std::move(aligned.confidence);
@@ -495,7 +504,7 @@ int run_align_command(int argc, char** argv) {
     RunResult result;
     TreeAlignResult joined;
     start_stage(progress, "joins");
-    fail_on(join_given_alignments(settings, run.seqs, parts.seqs, parts.rows, joined), "");
+    fail_on(join_given_alignments(tree_scores(settings), run.seqs, parts.seqs, parts.rows, joined), "");
     end_stage(progress);
     result.alignment = std::move(joined.alignment);
     result.alignOrder = std::move(joined.order);

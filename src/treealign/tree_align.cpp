@@ -1,4 +1,4 @@
-// Sections: tree_align at the end; before it the pair stage's settings, the
+// Sections: tree_align at the end; before it the pair stage's scores, the
 // tree, the joins, the refinement and the result's records.
 #include "treealign/tree_align.hpp"
 
@@ -8,7 +8,6 @@
 #include <cstdint>
 
 #include "align/score_codes.hpp"
-#include "malign/run.hpp"
 #include "shell/errors.hpp"
 #include "treealign/column_confidence.hpp"
 #include "treealign/group_align.hpp"
@@ -187,9 +186,9 @@ void fill_result(const Group& alignment, std::span<const SeqRecord> seqs, const 
   result.order = rowOrder;
 }
 
-std::vector<SeqCodes> all_seq_codes(const RunSettings& settings, std::span<const SeqRecord> seqs) {
+std::vector<SeqCodes> all_seq_codes(const TreeScores& scores, std::span<const SeqRecord> seqs) {
   std::vector<SeqCodes> codes;
-  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, settings.midStructPen, settings.endStructPen));
+  for (const SeqRecord& seq : seqs) codes.push_back(seq_codes(seq, scores.midStructPen, scores.endStructPen));
   return codes;
 }
 
@@ -203,16 +202,16 @@ double mean_identity_score(const ScoreTable& table) {
 }
 
 // The joins' scores: the run's tables and gaps, without consistency.
-GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table, const TreeAlignOptions& options) {
+GroupScoring group_scoring(const TreeScores& scores, const TreeAlignOptions& options) {
   GroupScoring scoring;
-  scoring.wtTable = table;
-  scoring.ssTable = settings.ssMatrix;
+  scoring.wtTable = scores.wtTable;
+  scoring.ssTable = scores.ssTable;
   const double share = options.mode == TreeMode::kConsistency ? options.consistencyJoinGapShare : options.joinGapShare;
-  scoring.gapOpen = static_cast<int>(std::lround(settings.gapPen * share));
-  scoring.gapLength = settings.gapSizePen;
+  scoring.gapOpen = static_cast<int>(std::lround(scores.gapOpen * share));
+  scoring.gapLength = scores.gapLength;
   scoring.tableWeight = options.tableWeight;
   if (options.mode == TreeMode::kFast) {
-    const int bonus = static_cast<int>(std::lround(options.fastPairBonus * mean_identity_score(table)));
+    const int bonus = static_cast<int>(std::lround(options.fastPairBonus * mean_identity_score(scores.wtTable)));
     for (int row = 0; row < kOtherCode; ++row)
       for (int col = 0; col < kOtherCode; ++col)
         scoring.wtTable[static_cast<std::size_t>(row * kTableDim + col)] += bonus;
@@ -220,26 +219,25 @@ GroupScoring group_scoring(const RunSettings& settings, const ScoreTable& table,
   return scoring;
 }
 
-void run_fast_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
+void run_fast_align(const TreeScores& scores, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
                     TreeAlignResult& result, const TreeAlignProgress& progress) {
-  const ScoreTable table = prepared_residue_table(settings);
   if (progress.stageStarted) progress.stageStarted(TreeStage::kWordTree);
   const GuideTree tree = kmer_tree(seqs, options.threads);
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
-  const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
+  const std::vector<SeqCodes> codes = all_seq_codes(scores, seqs);
   const std::vector<std::int64_t> weights = tree_weights(tree);
-  JoinContext context{codes, weights, nullptr, {}, group_scoring(settings, table, options)};
+  JoinContext context{codes, weights, nullptr, {}, group_scoring(scores, options)};
   const Group alignment = join_profiles_up_tree(context, tree, seqs, options.threads);
   fill_result(alignment, seqs, tree_leaves(tree, tree.root), result);
 }
 
-void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
+void run_tree_align(const TreeScores& scores, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
                     TreeAlignResult& result, const TreeAlignProgress& progress) {
   const int n = static_cast<int>(seqs.size());
-  const ScoreTable table = prepared_residue_table(settings);
+  const ScoreTable& table = scores.wtTable;
   if (progress.stageStarted) progress.stageStarted(TreeStage::kPairs);
-  const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
-  const PairScoring pairScoring{&table, &settings.ssMatrix, settings.gapPen, settings.gapSizePen};
+  const std::vector<SeqCodes> codes = all_seq_codes(scores, seqs);
+  const PairScoring pairScoring{&table, &scores.ssTable, scores.gapOpen, scores.gapLength};
   // The residue maps take about 4 bytes per residue per other sequence; the
   // tree alone needs only the identities, so beyond the size where the maps
   // stay small it keeps none (and gives neither refinement nor confidence).
@@ -248,11 +246,11 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   if (options.mode == TreeMode::kConsistency) {
     const bool anyStructure = std::any_of(codes.begin(), codes.end(), [](const SeqCodes& c) { return c.hasSs; });
     const double heat = anyStructure ? options.likelyHeat : options.likelyHeatWithoutStructure;
-    likely.push_back(posterior_model(table, settings.ssMatrix, settings.gapPen, settings.gapSizePen,
-                                     heat * mean_identity_score(table)));
+    likely.push_back(
+        posterior_model(table, scores.ssTable, scores.gapOpen, scores.gapLength, heat * mean_identity_score(table)));
     if (options.secondTable && !anyStructure) {
       const ScoreTable& second = options.secondTable->wtTable;
-      likely.push_back(posterior_model(second, settings.ssMatrix, options.secondTable->gapOpen,
+      likely.push_back(posterior_model(second, scores.ssTable, options.secondTable->gapOpen,
                                        options.secondTableGapLength,
                                        options.secondTableHeat * mean_identity_score(second)));
     }
@@ -263,7 +261,7 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
 
   if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
   const std::vector<std::int64_t> weights = tree_weights(tree);
-  JoinContext context{codes, weights, &library, {}, group_scoring(settings, table, options)};
+  JoinContext context{codes, weights, &library, {}, group_scoring(scores, options)};
   if (options.mode == TreeMode::kConsistency) {
     context.scoring.libraryWeight = options.libraryWeight;
     context.thirds = third_sequences(tree, n, options.maxThirds);
@@ -277,17 +275,13 @@ void run_tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs
   if (library.keepsMaps) result.confidence = column_confidence(alignment, library);
 }
 
-void run_given_joins(const RunSettings& settings, std::span<const SeqRecord> seqs,
+void run_given_joins(const TreeScores& scores, std::span<const SeqRecord> seqs,
                      const std::vector<std::vector<int>>& parts, const std::vector<std::vector<std::string>>& rows,
                      TreeAlignResult& result) {
-  const std::vector<SeqCodes> codes = all_seq_codes(settings, seqs);
+  const std::vector<SeqCodes> codes = all_seq_codes(scores, seqs);
   const std::vector<std::int64_t> weights(seqs.size(), 1);
   const JoinContext context{
-      codes,
-      weights,
-      nullptr,
-      {},
-      group_scoring(settings, prepared_residue_table(settings), TreeAlignOptions{.mode = TreeMode::kTree})};
+      codes, weights, nullptr, {}, group_scoring(scores, TreeAlignOptions{.mode = TreeMode::kTree})};
   Group alignment = group_of_rows(parts[0], rows[0]);
   std::vector<int> rowOrder = parts[0];
   for (std::size_t p = 1; p < parts.size(); ++p) {
@@ -299,24 +293,24 @@ void run_given_joins(const RunSettings& settings, std::span<const SeqRecord> seq
 
 }  // namespace
 
-std::optional<Failure> join_given_alignments(const RunSettings& settings, std::span<const SeqRecord> seqs,
+std::optional<Failure> join_given_alignments(const TreeScores& scores, std::span<const SeqRecord> seqs,
                                              const std::vector<std::vector<int>>& parts,
                                              const std::vector<std::vector<std::string>>& rows,
                                              TreeAlignResult& result) {
   result = TreeAlignResult();
   if (parts.empty()) return std::nullopt;
-  return capture_failure("main", [&] { run_given_joins(settings, seqs, parts, rows, result); });
+  return capture_failure("main", [&] { run_given_joins(scores, seqs, parts, rows, result); });
 }
 
-std::optional<Failure> tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs,
+std::optional<Failure> tree_align(const TreeScores& scores, std::span<const SeqRecord> seqs,
                                   const TreeAlignOptions& options, TreeAlignResult& result,
                                   const TreeAlignProgress& progress) {
   result = TreeAlignResult();
   if (seqs.empty()) return std::nullopt;
   return capture_failure("main", [&] {
     if (options.mode == TreeMode::kFast)
-      run_fast_align(settings, seqs, options, result, progress);
+      run_fast_align(scores, seqs, options, result, progress);
     else
-      run_tree_align(settings, seqs, options, result, progress);
+      run_tree_align(scores, seqs, options, result, progress);
   });
 }

@@ -2,7 +2,7 @@
 // average linkage on the pairs' distances, the groups joined up the tree as
 // profiles (optionally scored by consistency with the pair library), then
 // refined by realigning the two sides of tree edges. Takes plain records and
-// settings; has no column, sequence or residue limit of its own.
+// scores; has no column, sequence or residue limit of its own.
 #pragma once
 
 #include <functional>
@@ -13,9 +13,17 @@
 
 #include "align/align_score.hpp"
 #include "malign/pair_stage.hpp"
-#include "malign/run_settings.hpp"
+#include "matrix/weight_matrix.hpp"
 #include "seq/seq_record.hpp"
 #include "shell/errors.hpp"
+
+// The scores the joins and the pairs read, in the residue table's units.
+struct TreeScores {
+  ScoreTable wtTable{};  // residue scores, anchors and blanks included
+  ScoreTable ssTable{};  // structure scores, where both residues have structure
+  int gapOpen = 0, gapLength = 0;
+  int midStructPen = 0, endStructPen = 0;  // a gap inside a helix or strand, at its ends
+};
 
 // kFast: the guide tree from shared words (no pair aligned), the joins up it
 // carrying profiles only; no refinement, no confidence.
@@ -76,7 +84,7 @@ struct TreeAlignResult {
   std::string confidence;  // a digit 0-9 per column: the pair library's support
 };
 
-std::optional<Failure> tree_align(const RunSettings& settings, std::span<const SeqRecord> seqs,
+std::optional<Failure> tree_align(const TreeScores& scores, std::span<const SeqRecord> seqs,
                                   const TreeAlignOptions& options, TreeAlignResult& result,
                                   const TreeAlignProgress& progress);
 
@@ -86,7 +94,7 @@ std::optional<Failure> tree_align(const RunSettings& settings, std::span<const S
 // weighs the same; no consistency). rows[p][k] is the row of parts[p][k]
 // ('-' gaps), a part's rows all of one width; a sequence alone is a part of
 // one row. The result's rows are in the parts' order.
-std::optional<Failure> join_given_alignments(const RunSettings& settings, std::span<const SeqRecord> seqs,
+std::optional<Failure> join_given_alignments(const TreeScores& scores, std::span<const SeqRecord> seqs,
                                              const std::vector<std::vector<int>>& parts,
                                              const std::vector<std::vector<std::string>>& rows,
                                              TreeAlignResult& result);
