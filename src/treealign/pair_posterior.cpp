@@ -317,21 +317,6 @@ SparseMap sparse_map(const std::vector<Link>& links, std::size_t n, bool fromX) 
   return map;
 }
 
-}  // namespace
-
-PosteriorModel posterior_model(const ScoreTable& wtTable, const ScoreTable& ssTable, int gapOpen, int gapLength,
-                               double temperature) {
-  PosteriorModel model;
-  model.wtWeight = table_weights(wtTable, temperature);
-  model.ssWeight = table_weights(ssTable, temperature);
-  model.gapOpen = gapOpen;
-  model.gapLength = gapLength;
-  model.temperature = temperature;
-  return model;
-}
-
-namespace {
-
 // One model's links between a and b.
 void model_links(PosteriorWorkspace& ws, const SeqCodes& a, const SeqCodes& b, const PosteriorModel& model,
                  std::vector<Link>& links) {
@@ -367,6 +352,17 @@ std::vector<Link> averaged_links(std::vector<Link> links, int models, int leastP
 }
 
 }  // namespace
+
+PosteriorModel posterior_model(const ScoreTable& wtTable, const ScoreTable& ssTable, int gapOpen, int gapLength,
+                               double temperature) {
+  PosteriorModel model;
+  model.wtWeight = table_weights(wtTable, temperature);
+  model.ssWeight = table_weights(ssTable, temperature);
+  model.gapOpen = gapOpen;
+  model.gapLength = gapLength;
+  model.temperature = temperature;
+  return model;
+}
 
 void pair_posteriors(PosteriorWorkspace& ws, const SeqCodes& a, const SeqCodes& b,
                      std::span<const PosteriorModel> models, SparseMap& aToB, SparseMap& bToA) {
