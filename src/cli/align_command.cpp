@@ -157,6 +157,17 @@ int seqs_with_structure(const std::vector<SeqRecord>& records) {
   return count;
 }
 
+// Reads and checks a parameter file (and its weight file, if given apart);
+// what names the file in a failure.
+RunSettings parsed_settings(std::FILE* parms, WeightSource* weights, const std::string& what) {
+  RunSettings settings;
+  ParmsRead read;
+  std::optional<Failure> failure = read_parms_file(parms, weights, settings, read);
+  if (!failure) failure = check_ravlin_parms(settings, read, false);
+  fail_on(failure, what);
+  return settings;
+}
+
 RunSettings read_settings(const AlignOptions& options, const std::vector<SeqRecord>& records, RunMode mode,
                           const ProgressState& progress) {
   const ShippedSet set = shipped_set(seqs_with_structure(records), static_cast<int>(records.size()), mode);
@@ -174,29 +185,20 @@ RunSettings read_settings(const AlignOptions& options, const std::vector<SeqReco
   if (options.paramsFile.empty()) note(progress, "shipped settings for " + set.why + " (ravlin-" + set.name + ")");
   UniqueFile parms =
       options.paramsFile.empty() ? open_text(parmsText) : open_user_file(options.paramsFile, "parameter file");
-  RunSettings settings;
-  ParmsRead read;
-  std::optional<Failure> failure =
-      read_parms_file(parms.get(), source.stream != nullptr ? &source : nullptr, settings, read);
-  if (!failure) failure = check_ravlin_parms(settings, read, false);
-  fail_on(failure, options.paramsFile.empty() ? "shipped ravlin-" + set.name + ".parms" : options.paramsFile);
+  RunSettings settings =
+      parsed_settings(parms.get(), source.stream != nullptr ? &source : nullptr,
+                      options.paramsFile.empty() ? "shipped ravlin-" + set.name + ".parms" : options.paramsFile);
   settings.threads = options.threads;
   return settings;
 }
 
 // A shipped set as it stands, for a second view beside the run's settings.
 RunSettings read_shipped_settings(const std::string& name) {
-  const ShippedSet set{name, ""};
-  const std::string parmsText = shipped_parms_text(set);
+  const std::string parmsText = shipped_parms_text(ShippedSet{name, ""});
   UniqueFile parms = open_text(parmsText);
   UniqueFile weights = open_text(shipped_file("ravlin-" + name + ".wts"));
   WeightSource source{weights.get(), "ravlin-" + name + ".wts"};
-  RunSettings settings;
-  ParmsRead read;
-  std::optional<Failure> failure = read_parms_file(parms.get(), &source, settings, read);
-  if (!failure) failure = check_ravlin_parms(settings, read, false);
-  fail_on(failure, "shipped ravlin-" + name + ".parms");
-  return settings;
+  return parsed_settings(parms.get(), &source, "shipped ravlin-" + name + ".parms");
 }
 
 // ---- structure and anchors ----
