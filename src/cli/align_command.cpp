@@ -376,6 +376,8 @@ void run_tree_mode(RunMode mode, const RunSettings& settings, bool shipped, cons
     if (seqs_with_structure(run.seqs) == 0)
       note(progress, "no sequence has structure: the likely pairs also weigh the ravlin-nostruct table");
   }
+  if (mode == RunMode::kFast && shipped)
+    options.expectationTable = prepared_residue_table(read_shipped_settings("consistency"));
   TreeAlignProgress callbacks;
   callbacks.stageStarted = [&](TreeStage stage) { on_tree_stage(progress, stage); };
   callbacks.pairDone = [&](std::size_t done, std::size_t total) { on_pair_done(progress, done, total); };

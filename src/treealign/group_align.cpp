@@ -10,6 +10,7 @@
 #include "align/score_codes.hpp"
 #include "shell/errors.hpp"
 #include "treealign/join_kernel.hpp"
+#include "treealign/pair_posterior.hpp"
 
 namespace {
 
@@ -118,12 +119,63 @@ std::int64_t round_half_away(double value) {
   return whole;
 }
 
+// Per column of the column side: each code's odds ratio against the
+// column's residues, averaged over them (kCodes x len, as scored_against
+// lays them out), and the column's share of members with a residue.
+struct ExpectedOdds {
+  std::vector<double> odds, filled;
+};
+
+ExpectedOdds expected_odds(const std::vector<double>& table, const GroupProfile& profile) {
+  const std::size_t width = static_cast<std::size_t>(profile.len);
+  ExpectedOdds out;
+  out.odds.assign(width * kCodes, 0.0);
+  out.filled.assign(width, 0.0);
+  for (std::size_t c = 0; c < width; ++c) {
+    std::int64_t residues = 0;
+    for (int y = 0; y < kCodes; ++y) residues += profile.res[at(c, kCodes, y)];
+    if (residues == 0) continue;
+    out.filled[c] = static_cast<double>(residues) / static_cast<double>(profile.weight);
+    for (int y = 0; y < kCodes; ++y) {
+      const std::int64_t n = profile.res[at(c, kCodes, y)];
+      if (n == 0) continue;
+      const double share = static_cast<double>(n) / static_cast<double>(residues);
+      for (int x = 0; x < kCodes; ++x) out.odds[at(x, width, c)] += share * table[at(x, kCodes, y)];
+    }
+  }
+  return out;
+}
+
+// One row of log-expectation scores, in table units: row's residues (with
+// their column's share of members) against every column of the other side.
+void expectation_row(const GroupScoring& scoring, const std::vector<std::pair<int, std::int64_t>>& residues,
+                     std::int64_t weight, const ExpectedOdds& other, std::vector<double>& sums,
+                     std::vector<double>& out) {
+  std::fill(out.begin(), out.end(), 0.0);
+  std::int64_t total = 0;
+  for (const auto& [x, n] : residues) total += n;
+  if (total == 0) return;
+  std::fill(sums.begin(), sums.end(), 0.0);
+  for (const auto& [x, n] : residues) {
+    const double share = static_cast<double>(n) / static_cast<double>(total);
+    const double* odds = other.odds.data() + static_cast<std::size_t>(x) * sums.size();
+    for (std::size_t q = 0; q < sums.size(); ++q) sums[q] += share * odds[q];
+  }
+  const double filled = static_cast<double>(total) / static_cast<double>(weight);
+  for (std::size_t q = 0; q < sums.size(); ++q)
+    if (other.filled[q] > 0)
+      out[q] = filled * other.filled[q] *
+               (scoring.expectationWeight * 2 * portable_log2(sums[q]) + scoring.expectationBonus);
+}
+
 std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupProfile& pa, const GroupProfile& pb,
                                       const SideTerms& ta, const Group* a, const Group* b) {
   const GroupScoring& scoring = context.scoring;
   const std::size_t rows = static_cast<std::size_t>(pa.len), cols = static_cast<std::size_t>(pb.len);
   std::vector<std::int32_t> scores = checked_vector<std::int32_t>(rows * cols, "join scores");
-  const std::vector<std::int64_t> resB = scored_against(scoring.wtTable, pb.res, pb.len);
+  const bool byExpectation = !scoring.expectedOdds.empty();
+  const std::vector<std::int64_t> resB =
+      byExpectation ? std::vector<std::int64_t>() : scored_against(scoring.wtTable, pb.res, pb.len);
   const std::vector<std::int64_t> ssB = scored_against(scoring.ssTable, pb.ss, pb.len);
   std::vector<std::int64_t> support;
   const bool withLibrary = scoring.libraryWeight > 0 && context.library != nullptr && context.library->keepsLikely &&
@@ -133,14 +185,21 @@ std::vector<std::int32_t> join_scores(const JoinContext& context, const GroupPro
   const double tableFactor = scoring.scale * scoring.tableWeight / pairWeight;
   const double libraryFactor = scoring.scale * scoring.libraryWeight /
                                (pairWeight * 1000.0 * (1.0 + static_cast<double>(context.thirds.size())));
+  const ExpectedOdds oddsB = byExpectation ? expected_odds(scoring.expectedOdds, pb) : ExpectedOdds();
+  const double expectationFactor = scoring.scale * scoring.tableWeight;
+  std::vector<double> oddsSums(byExpectation ? cols : 0), expectation(byExpectation ? cols : 0);
   std::vector<std::int64_t> sums(cols);
   for (std::size_t p = 0; p < rows; ++p) {
     std::int32_t* out = scores.data() + p * cols;
     std::fill(sums.begin(), sums.end(), 0);
-    for (const auto& [x, n] : ta.resList[p]) add_scaled(sums, resB.data() + static_cast<std::size_t>(x) * cols, n);
+    if (byExpectation)
+      expectation_row(scoring, ta.resList[p], pa.weight, oddsB, oddsSums, expectation);
+    else
+      for (const auto& [x, n] : ta.resList[p]) add_scaled(sums, resB.data() + static_cast<std::size_t>(x) * cols, n);
     for (const auto& [x, n] : ta.ssList[p]) add_scaled(sums, ssB.data() + static_cast<std::size_t>(x) * cols, n);
     for (std::size_t q = 0; q < cols; ++q) {
       double value = tableFactor * static_cast<double>(sums[q]);
+      if (byExpectation) value += expectationFactor * expectation[q];
       if (withLibrary) value += libraryFactor * static_cast<double>(support[p * cols + q]);
       std::int64_t score = round_half_away(value);
       if (pa.anchor[p] != 0 && pa.anchor[p] == pb.anchor[q]) score += std::int64_t{kAnchorScore} * scoring.scale;

@@ -32,6 +32,15 @@ struct GroupScoring {
   int scale = 16;                   // integer score units per table unit
   double tableWeight = 1.0;         // share of the substitution scores
   double libraryWeight = 0.0;       // table units a fully supported residue pair adds (0: no consistency)
+  // When given (kCodes x kCodes odds ratios), a column pair's residues score
+  // by log-expectation: the log of the odds ratio expected of a residue of
+  // one column against one of the other, times the two columns' shares of
+  // members with a residue. Averaging odds before the log weighs what the
+  // columns' residues have in common, where the sum of pairs lets their
+  // many unlike pairs drown it.
+  std::vector<double> expectedOdds;
+  double expectationWeight = 0;  // table units per half bit
+  double expectationBonus = 0;   // table units a pair of full columns adds
 };
 
 // What every join of one run reads.

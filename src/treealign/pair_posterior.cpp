@@ -1,4 +1,4 @@
-// Sections: the portable exponential, the model's weights, the forward and
+// Sections: the portable exponential and logarithm, the model's weights, the forward and
 // backward passes (a row that drifts far from 1 is scaled by a power of two,
 // which is exact), the sparse maps.
 #include "treealign/pair_posterior.hpp"
@@ -23,6 +23,24 @@ double portable_exp(double x) {
     sum = sum + term;
   }
   return std::ldexp(sum, static_cast<int>(n));
+}
+
+double portable_log2(double x) {
+  constexpr double kSqrtHalf = 0.70710678118654752, kLn2 = 0.69314718055994531;
+  int exponent = 0;
+  double mantissa = std::frexp(x, &exponent);
+  if (mantissa < kSqrtHalf) {
+    mantissa *= 2;
+    --exponent;
+  }
+  // ln m = 2 (u + u^3/3 + u^5/5 + ...), |u| < 0.18: seven terms reach 1e-12.
+  const double u = (mantissa - 1) / (mantissa + 1), u2 = u * u;
+  double series = 0, power = u;
+  for (int k = 1; k <= 13; k += 2) {
+    series += power / k;
+    power *= u2;
+  }
+  return exponent + 2 * series / kLn2;
 }
 
 namespace {

@@ -45,6 +45,9 @@ struct PosteriorWorkspace {
 // e^x from additions and multiplications alone, so that it gives the same
 // bits on every machine (the system's exp may not).
 double portable_exp(double x);
+// log2 x (x > 0) from additions, multiplications and divisions alone, for
+// the same reason.
+double portable_log2(double x);
 
 // In: two sequences' codes, the models (each pair's likelihood is the mean
 // of theirs). Out: each residue's likely partners, from a's side and from b's.

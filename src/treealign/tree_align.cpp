@@ -201,6 +201,21 @@ double mean_identity_score(const ScoreTable& table) {
   return std::max(1.0, sum / static_cast<double>(standard.size()));
 }
 
+// Odds ratios of a log-odds table in half bits (kCodes x kCodes codes), as
+// powers of two times a constant: the same bits on every machine.
+std::vector<double> odds_ratios(const ScoreTable& table) {
+  constexpr double kSqrt2 = 1.4142135623730951;
+  constexpr int kCodes = kOtherCode + 1;
+  std::vector<double> odds(static_cast<std::size_t>(kCodes * kCodes));
+  for (int x = 0; x < kCodes; ++x)
+    for (int y = 0; y < kCodes; ++y) {
+      const int score = table[static_cast<std::size_t>(x * kTableDim + y)];
+      const int whole = score >= 0 ? score / 2 : -((1 - score) / 2);  // floor(score / 2)
+      odds[static_cast<std::size_t>(x * kCodes + y)] = std::ldexp(score - 2 * whole == 1 ? kSqrt2 : 1.0, whole);
+    }
+  return odds;
+}
+
 // The joins' scores: the run's tables and gaps, without consistency.
 GroupScoring group_scoring(const TreeScores& scores, const TreeAlignOptions& options) {
   GroupScoring scoring;
@@ -210,7 +225,12 @@ GroupScoring group_scoring(const TreeScores& scores, const TreeAlignOptions& opt
   scoring.gapOpen = static_cast<int>(std::lround(scores.gapOpen * share));
   scoring.gapLength = scores.gapLength;
   scoring.tableWeight = options.tableWeight;
-  if (options.mode == TreeMode::kFast) {
+  if (options.mode == TreeMode::kFast && options.expectationTable) {
+    const double runScale = mean_identity_score(scores.wtTable);
+    scoring.expectedOdds = odds_ratios(*options.expectationTable);
+    scoring.expectationWeight = options.expectationWeight * runScale / mean_identity_score(*options.expectationTable);
+    scoring.expectationBonus = options.expectationBonus * runScale;
+  } else if (options.mode == TreeMode::kFast) {
     const int bonus = static_cast<int>(std::lround(options.fastPairBonus * mean_identity_score(scores.wtTable)));
     for (int row = 0; row < kOtherCode; ++row)
       for (int col = 0; col < kOtherCode; ++col)

@@ -69,6 +69,15 @@ struct TreeAlignOptions {
   // Charged per position of its gaps whatever the table's own: a sum without
   // a length charge lets a short sequence slide along a long one.
   int secondTableGapLength = 1;
+  // In the fast mode, when given: a log-odds table in half bits whose odds
+  // ratios score the joins' residues by log-expectation (see GroupScoring),
+  // weighed at this share of the run table's scale per its own, plus a bonus
+  // of this share of the run table's mean identity score for a pair of full
+  // columns (the sum of pairs' fastPairBonus in its place). Without it the
+  // joins sum pairs' scores in the run's table.
+  std::optional<ScoreTable> expectationTable{};
+  double expectationWeight = 1.3;
+  double expectationBonus = 1.4;
 };
 
 enum class TreeStage { kPairs, kWordTree, kJoins, kRefine };

@@ -98,10 +98,12 @@ TEST(PairPosteriors, TwoModelsGiveTheMeanOfTheirLinks) {
   EXPECT_NE(links_of(single[0]), links_of(single[1]));  // the models differ, or the test proves nothing
 }
 
-TEST(PairPosteriors, PortableExpMatchesTheLibrary) {
+TEST(PairPosteriors, PortableExpAndLogMatchTheLibrary) {
   for (const double x : {-744.0, -60.5, -1.0, -1e-9, 0.0, 0.3466, 1.0, 7.25, 100.0, 700.0})
     EXPECT_NEAR(portable_exp(x) / std::exp(x), 1.0, 4e-16) << x;
   EXPECT_EQ(portable_exp(-800.0), 0.0);
+  for (const double x : {1e-300, 0.0625, 0.7071, 0.7072, 1.0, 1.4142, 3.0, 2048.0, 1e300})
+    EXPECT_NEAR(portable_log2(x), std::log2(x), 1e-12) << x;
 }
 
 }  // namespace
