@@ -348,7 +348,7 @@ void note_mode(const AlignOptions& options, const std::vector<SeqRecord>& record
 void on_tree_stage(ProgressState& progress, TreeStage stage) {
   end_stage(progress);
   if (stage == TreeStage::kPairs) start_stage(progress, "pairwise alignments");
-  if (stage == TreeStage::kWordTree) start_stage(progress, "guide tree from shared words");
+  if (stage == TreeStage::kSeedTree) start_stage(progress, "guide tree from alignments to seeds");
   if (stage == TreeStage::kJoins) start_stage(progress, "joins up the guide tree");
   if (stage == TreeStage::kRefine) start_stage(progress, "refinement");
 }

@@ -18,6 +18,9 @@ constexpr std::size_t kPartMost = 1000;
 // Members of each side whose distances estimate the height of a split.
 constexpr std::size_t kSplitSamples = 8;
 constexpr int kSplitRounds = 12;
+// Each sequence is aligned to at most this many seeds: a thousand sequences'
+// own log2(n) squared, beyond which more seeds cost time and place no better.
+constexpr std::size_t kAlignedSeedsMost = 100;
 
 int residue_class(char c) {
   switch (c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c) {
@@ -110,11 +113,12 @@ void for_each_index(std::size_t count, int workers, const Body& body) {
 
 // ---- seeds and places ----
 
-// About log2(n) squared seeds, spread evenly over the sequences by length.
-std::vector<int> seed_sequences(std::span<const SeqRecord> seqs) {
+// About log2(n) squared seeds (at most `most`), spread evenly over the
+// sequences by length.
+std::vector<int> seed_sequences(std::span<const SeqRecord> seqs, std::size_t most) {
   const std::size_t n = seqs.size();
   const double bits = std::ceil(std::log2(static_cast<double>(std::max<std::size_t>(n, 2))));
-  const std::size_t count = std::min(n, static_cast<std::size_t>(bits * bits));
+  const std::size_t count = std::min({n, static_cast<std::size_t>(bits * bits), most});
   std::vector<int> byLength(n);
   for (std::size_t k = 0; k < n; ++k) byLength[k] = static_cast<int>(k);
   std::stable_sort(byLength.begin(), byLength.end(), [&](int a, int b) {
@@ -260,6 +264,22 @@ GuideTree part_tree(const std::vector<std::vector<KmerCount>>& words, const std:
   return upgma_tree(static_cast<int>(m), std::move(d));
 }
 
+// The root mean square of the differences of two places.
+double place_distance(const Places& places, int a, int b) {
+  const float *pa = places.of(a), *pb = places.of(b);
+  double sum = 0;
+  for (std::size_t s = 0; s < places.width; ++s) sum += (pa[s] - pb[s]) * (pa[s] - pb[s]);
+  return std::sqrt(sum / static_cast<double>(std::max<std::size_t>(places.width, 1)));
+}
+
+GuideTree place_tree(const Places& places, const std::vector<int>& members) {
+  const std::size_t m = members.size();
+  std::vector<double> d(m * m, 0.0);
+  for (std::size_t i = 1; i < m; ++i)
+    for (std::size_t j = 0; j < i; ++j) d[i * m + j] = d[j * m + i] = place_distance(places, members[i], members[j]);
+  return upgma_tree(static_cast<int>(m), std::move(d));
+}
+
 // Adds a part's joins to the tree; returns the node of its root.
 int graft(GuideTree& tree, const GuideTree& part, const std::vector<int>& members) {
   std::vector<int> node(part.nodes.size());
@@ -278,11 +298,15 @@ int graft(GuideTree& tree, const GuideTree& part, const std::vector<int>& member
   return node[static_cast<std::size_t>(part.root)];
 }
 
-double split_height(const std::vector<std::vector<KmerCount>>& words, const Split& split) {
+// Half the mean distance between the two sides' samples: by their places
+// when those come from aligned distances, as the parts were joined, else
+// by their words.
+double split_height(const std::vector<std::vector<KmerCount>>& words, const Places* places, const Split& split) {
   double sum = 0;
   for (const int a : split.samplesLeft)
     for (const int b : split.samplesRight)
-      sum += kmer_distance(words[static_cast<std::size_t>(a)], words[static_cast<std::size_t>(b)]);
+      sum += places ? place_distance(*places, a, b)
+                    : kmer_distance(words[static_cast<std::size_t>(a)], words[static_cast<std::size_t>(b)]);
   return sum / static_cast<double>(split.samplesLeft.size() * split.samplesRight.size()) / 2;
 }
 
@@ -323,21 +347,24 @@ double kmer_distance(std::span<const KmerCount> a, std::span<const KmerCount> b)
   return 1.0 - static_cast<double>(shared) / static_cast<double>(std::min(totalA, totalB));
 }
 
-GuideTree kmer_tree(std::span<const SeqRecord> seqs, int threads) {
+GuideTree kmer_tree(std::span<const SeqRecord> seqs, int threads, const SeedDistances& aligned) {
   const int n = static_cast<int>(seqs.size());
   const int workers = pair_threads(threads);
   std::vector<std::vector<KmerCount>> words(seqs.size());
-  for_each_index(seqs.size(), workers, [&](std::size_t k) { words[k] = kmer_counts(seqs[k].pRes); });
-  const std::vector<int> seeds = seed_sequences(seqs);
-  const std::vector<float> values = seed_places(words, seeds, workers);
+  if (!aligned) for_each_index(seqs.size(), workers, [&](std::size_t k) { words[k] = kmer_counts(seqs[k].pRes); });
+  const std::vector<int> seeds = seed_sequences(seqs, aligned ? kAlignedSeedsMost : seqs.size());
+  const std::vector<float> values = aligned ? aligned(seeds) : seed_places(words, seeds, workers);
+  const Places places{values, seeds.size()};
   std::vector<Split> splits;
   std::vector<std::vector<int>> parts;
   std::vector<int> all(static_cast<std::size_t>(n));
   for (int k = 0; k < n; ++k) all[static_cast<std::size_t>(k)] = k;
-  split_family(Places{values, seeds.size()}, std::move(all), splits, parts);
+  split_family(places, std::move(all), splits, parts);
 
   std::vector<GuideTree> partTrees(parts.size());
-  for_each_index(parts.size(), workers, [&](std::size_t p) { partTrees[p] = part_tree(words, parts[p]); });
+  for_each_index(parts.size(), workers, [&](std::size_t p) {
+    partTrees[p] = aligned ? place_tree(places, parts[p]) : part_tree(words, parts[p]);
+  });
 
   GuideTree tree;
   tree.nodes.resize(static_cast<std::size_t>(n));
@@ -357,7 +384,7 @@ GuideTree kmer_tree(std::span<const SeqRecord> seqs, int threads) {
     const TreeNode& l = tree.nodes[static_cast<std::size_t>(joined.left)];
     const TreeNode& r = tree.nodes[static_cast<std::size_t>(joined.right)];
     joined.leaves = l.leaves + r.leaves;
-    joined.height = std::max({split_height(words, split), l.height, r.height});
+    joined.height = std::max({split_height(words, aligned ? &places : nullptr, split), l.height, r.height});
     tree.nodes.push_back(joined);
     node[s] = static_cast<int>(tree.nodes.size()) - 1;
   }

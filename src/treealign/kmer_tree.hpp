@@ -1,11 +1,13 @@
-// A guide tree for large families without aligning any pair: sequences
-// compared by the short words they share, each placed by its distances to a
-// few hundred seed sequences, the family split in two by those placements
-// until the parts are small, and each part joined by average linkage on its
-// members' word distances.
+// A guide tree for large families without aligning every pair: each
+// sequence placed by its distances to some seed sequences (from its
+// alignments to them, or from the short words they share), the family split
+// in two by those places until the parts are small, and each part joined by
+// average linkage on how far apart its members' places lie (or, with words,
+// on their word distances).
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -30,6 +32,12 @@ std::vector<KmerCount> kmer_counts(const std::string& residues);
 // have, and fewer is the smaller of their word totals; 1 when either has none.
 double kmer_distance(std::span<const KmerCount> a, std::span<const KmerCount> b);
 
-// In: the sequences, workers. Out: a tree of the same shape of record as
-// upgma_tree gives (leaf k is sequence k), the same on any worker count.
-GuideTree kmer_tree(std::span<const SeqRecord> seqs, int threads);
+// Each sequence's distances to the given seeds, n x seeds row by row.
+using SeedDistances = std::function<std::vector<float>(std::span<const int> seeds)>;
+
+// In: the sequences, workers, and optionally the distances of aligned
+// sequences to seeds. Out: a tree of the same shape of record as upgma_tree
+// gives (leaf k is sequence k), the same on any worker count. With aligned
+// distances, sequences are placed by those instead of their words, and a
+// part's members are joined on how far apart their places lie.
+GuideTree kmer_tree(std::span<const SeqRecord> seqs, int threads, const SeedDistances& aligned = {});

@@ -97,6 +97,42 @@ const std::int32_t* pair_partners(const PairLibrary& library, int a, int b) {
   return a > b ? pair.iToJ.data() : pair.jToI.data();
 }
 
+std::vector<float> seed_distances(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
+                                  const PairScoring& scoring, std::span<const int> seeds, int threads) {
+  const std::size_t width = seeds.size();
+  std::vector<float> distances = checked_vector<float>(seqs.size() * width, "seed distances");
+  std::atomic<std::size_t> next{0};
+  std::exception_ptr firstError;
+  std::mutex errorLock;
+  auto work = [&] {
+    PairWorkspace ws;
+    for (std::size_t k = next++; k < seqs.size(); k = next++) {
+      try {
+        for (std::size_t s = 0; s < width; ++s) {
+          const std::size_t seed = static_cast<std::size_t>(seeds[s]);
+          if (seed == k) continue;
+          PairMap pair;
+          align_one_pair(ws, seqs[k], codes[k], seqs[seed], codes[seed], scoring, false, pair);
+          const double identity = pair.aligned > 0 ? static_cast<double>(pair.identical) / pair.aligned : 0.0;
+          distances[k * width + s] = static_cast<float>(1.0 - identity);
+        }
+      } catch (...) {
+        const std::lock_guard<std::mutex> hold(errorLock);
+        if (!firstError) firstError = std::current_exception();
+        next = seqs.size();
+      }
+    }
+  };
+  const int workers =
+      std::max(1, std::min(pair_threads(threads), static_cast<int>(std::max<std::size_t>(seqs.size(), 1))));
+  std::vector<std::thread> helpers;
+  for (int w = 1; w < workers; ++w) helpers.emplace_back(work);
+  work();
+  for (std::thread& helper : helpers) helper.join();
+  if (firstError) std::rethrow_exception(firstError);
+  return distances;
+}
+
 PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
                                const PairScoring& scoring, bool keepMaps, std::span<const PosteriorModel> likely,
                                int threads, const PairDone& progress) {

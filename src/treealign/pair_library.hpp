@@ -58,6 +58,13 @@ const SparseMap* likely_partners(const PairLibrary& library, int a, int b);
 // maps, the models of the likely partners to keep (none: keep none), workers.
 // Out: every pair aligned; progress(done, total) called on the calling thread.
 // Exhausted memory is raised as RunFailure.
+// In: the sequences and their codes, the scores, some of the sequences
+// (seeds), workers. Out: each sequence's distance to each seed, one minus the
+// identity of their full alignment (0 to itself), n x seeds row by row; the
+// same on any number of workers. Exhausted memory is raised as RunFailure.
+std::vector<float> seed_distances(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
+                                  const PairScoring& scoring, std::span<const int> seeds, int threads);
+
 PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const SeqCodes> codes,
                                const PairScoring& scoring, bool keepMaps, std::span<const PosteriorModel> likely,
                                int threads, const PairDone& progress);

@@ -241,10 +241,14 @@ GroupScoring group_scoring(const TreeScores& scores, const TreeAlignOptions& opt
 
 void run_fast_align(const TreeScores& scores, std::span<const SeqRecord> seqs, const TreeAlignOptions& options,
                     TreeAlignResult& result, const TreeAlignProgress& progress) {
-  if (progress.stageStarted) progress.stageStarted(TreeStage::kWordTree);
-  const GuideTree tree = kmer_tree(seqs, options.threads);
-  if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kSeedTree);
   const std::vector<SeqCodes> codes = all_seq_codes(scores, seqs);
+  const PairScoring pairScoring{&scores.wtTable, &scores.ssTable, scores.gapOpen, scores.gapLength};
+  const SeedDistances aligned = [&](std::span<const int> seeds) {
+    return seed_distances(seqs, codes, pairScoring, seeds, options.threads);
+  };
+  const GuideTree tree = kmer_tree(seqs, options.threads, aligned);
+  if (progress.stageStarted) progress.stageStarted(TreeStage::kJoins);
   const std::vector<std::int64_t> weights = tree_weights(tree);
   JoinContext context{codes, weights, nullptr, {}, group_scoring(scores, options)};
   const Group alignment = join_profiles_up_tree(context, tree, seqs, options.threads);

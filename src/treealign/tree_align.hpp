@@ -25,8 +25,9 @@ struct TreeScores {
   int midStructPen = 0, endStructPen = 0;  // a gap inside a helix or strand, at its ends
 };
 
-// kFast: the guide tree from shared words (no pair aligned), the joins up it
-// carrying profiles only; no refinement, no confidence.
+// kFast: the guide tree from each sequence's alignments to a hundred seeds
+// (not every pair), the joins up it carrying profiles only; no refinement,
+// no confidence.
 enum class TreeMode { kTree, kConsistency, kFast };
 
 // A second residue table for the likely partners (its gap opening in its
@@ -80,7 +81,7 @@ struct TreeAlignOptions {
   double expectationBonus = 1.4;
 };
 
-enum class TreeStage { kPairs, kWordTree, kJoins, kRefine };
+enum class TreeStage { kPairs, kSeedTree, kJoins, kRefine };
 
 struct TreeAlignProgress {
   std::function<void(TreeStage)> stageStarted;
