@@ -1,12 +1,16 @@
-// The word distance behind the large-family guide tree, on cases counted by
-// hand: six-residue words over classes and three-letter words over the
-// residues count together, other letters break words, and the distance is
-// over the smaller word total.
+// The distances behind the large-family guide tree, on cases counted by
+// hand. Words: six-residue words over classes and three-letter words over
+// the residues count together, other letters break words, and the distance
+// is over the smaller word total. Seeds: one minus the identity of each
+// sequence's alignment to each seed, row by row.
 #include "treealign/kmer_tree.hpp"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
+
+#include "treealign/pair_library.hpp"
 
 namespace {
 
@@ -28,6 +32,33 @@ TEST(KmerTree, DistanceCountsSharedWordsOverTheFewer) {
     EXPECT_DOUBLE_EQ(kmer_distance(kmer_counts(c.a), kmer_counts(c.b)), c.distance) << c.a << " " << c.b;
     EXPECT_DOUBLE_EQ(kmer_distance(kmer_counts(c.b), kmer_counts(c.a)), c.distance) << c.b << " " << c.a;
   }
+}
+
+TEST(KmerTree, SeedDistanceIsOneMinusTheAlignedIdentity) {
+  ScoreTable table{}, none{};
+  for (int x = 0; x < kTableDim; ++x)
+    for (int y = 0; y < kTableDim; ++y) table[static_cast<std::size_t>(x * kTableDim + y)] = x == y ? 30 : -5;
+  std::vector<SeqRecord> seqs;
+  std::vector<SeqCodes> codes;
+  for (const std::string text : {"ACDEFGHIK", "ACDEWGHIK", "ACDEGHIK", "ACDEFGHIK"}) {
+    SeqRecord& seq = seqs.emplace_back();
+    seq.pRes = text;
+    seq.numRes = static_cast<int>(text.size());
+    codes.push_back(seq_codes(seq, 0, 0));
+  }
+  const std::vector<int> seeds = {0, 2};
+  const std::vector<float> expected = {
+      0.0f,
+      0.0f,  // the seed itself; against seed 2, a gap for F and 8 of 8 alike
+      1.0f - 8.0f / 9,
+      0.0f,  // W for F: 8 of 9; against seed 2, W faces the gap: 8 of 8
+      0.0f,
+      0.0f,  // seed 2 against seed 0 and itself
+      0.0f,
+      0.0f,  // the same residues as seed 0
+  };
+  for (const int threads : {1, 3})
+    EXPECT_EQ(seed_distances(seqs, codes, PairScoring{&table, &none, 60, 0}, seeds, threads), expected);
 }
 
 }  // namespace
