@@ -47,16 +47,10 @@ TEST(KmerTree, SeedDistanceIsOneMinusTheAlignedIdentity) {
     codes.push_back(seq_codes(seq, 0, 0));
   }
   const std::vector<int> seeds = {0, 2};
-  const std::vector<float> expected = {
-      0.0f,
-      0.0f,  // the seed itself; against seed 2, a gap for F and 8 of 8 alike
-      1.0f - 8.0f / 9,
-      0.0f,  // W for F: 8 of 9; against seed 2, W faces the gap: 8 of 8
-      0.0f,
-      0.0f,  // seed 2 against seed 0 and itself
-      0.0f,
-      0.0f,  // the same residues as seed 0
-  };
+  // Row by row, against seeds 0 and 2. 0: itself; a gap for F, 8 of 8 alike.
+  // 1: W for F, 8 of 9 alike; W faces the gap, 8 of 8. 2: 8 of 8; itself.
+  // 3: the same residues as seed 0.
+  const std::vector<float> expected = {0, 0, static_cast<float>(1.0 - 8.0 / 9), 0, 0, 0, 0, 0};
   for (const int threads : {1, 3})
     EXPECT_EQ(seed_distances(seqs, codes, PairScoring{&table, &none, 60, 0}, seeds, threads), expected);
 }
