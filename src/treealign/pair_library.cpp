@@ -78,6 +78,37 @@ void align_one_pair(PairWorkspace& ws, const SeqRecord& A, const SeqCodes& a, co
   record_pair(A, B, ws.first, ws.second, len, keepMaps, pair);
 }
 
+// Runs item(workspace, k) for every k below total on up to `threads`
+// workers, each taking the next k; done(items finished) is called on the
+// calling thread after each of its items. After a failure no new item
+// starts, and the first failure is raised once all workers have stopped.
+template <typename Item, typename Done>
+void run_on_workers(std::size_t total, int threads, const Item& item, const Done& done) {
+  std::atomic<std::size_t> next{0}, finished{0};
+  std::exception_ptr firstError;
+  std::mutex errorLock;
+  auto work = [&](bool caller) {
+    PairWorkspace ws;
+    for (std::size_t k = next++; k < total; k = next++) {
+      try {
+        item(ws, k);
+      } catch (...) {
+        const std::lock_guard<std::mutex> hold(errorLock);
+        if (!firstError) firstError = std::current_exception();
+        next = total;
+      }
+      const std::size_t count = ++finished;
+      if (caller) done(count);
+    }
+  };
+  const int workers = std::max(1, std::min(pair_threads(threads), static_cast<int>(std::max<std::size_t>(total, 1))));
+  std::vector<std::thread> helpers;
+  for (int w = 1; w < workers; ++w) helpers.emplace_back(work, false);
+  work(true);
+  for (std::thread& helper : helpers) helper.join();
+  if (firstError) std::rethrow_exception(firstError);
+}
+
 }  // namespace
 
 int pair_identity(const PairLibrary& library, int a, int b) {
@@ -101,13 +132,9 @@ std::vector<float> seed_distances(std::span<const SeqRecord> seqs, std::span<con
                                   const PairScoring& scoring, std::span<const int> seeds, int threads) {
   const std::size_t width = seeds.size();
   std::vector<float> distances = checked_vector<float>(seqs.size() * width, "seed distances");
-  std::atomic<std::size_t> next{0};
-  std::exception_ptr firstError;
-  std::mutex errorLock;
-  auto work = [&] {
-    PairWorkspace ws;
-    for (std::size_t k = next++; k < seqs.size(); k = next++) {
-      try {
+  run_on_workers(
+      seqs.size(), threads,
+      [&](PairWorkspace& ws, std::size_t k) {
         for (std::size_t s = 0; s < width; ++s) {
           const std::size_t seed = static_cast<std::size_t>(seeds[s]);
           if (seed == k) continue;
@@ -116,20 +143,8 @@ std::vector<float> seed_distances(std::span<const SeqRecord> seqs, std::span<con
           const double identity = pair.aligned > 0 ? static_cast<double>(pair.identical) / pair.aligned : 0.0;
           distances[k * width + s] = static_cast<float>(1.0 - identity);
         }
-      } catch (...) {
-        const std::lock_guard<std::mutex> hold(errorLock);
-        if (!firstError) firstError = std::current_exception();
-        next = seqs.size();
-      }
-    }
-  };
-  const int workers =
-      std::max(1, std::min(pair_threads(threads), static_cast<int>(std::max<std::size_t>(seqs.size(), 1))));
-  std::vector<std::thread> helpers;
-  for (int w = 1; w < workers; ++w) helpers.emplace_back(work);
-  work();
-  for (std::thread& helper : helpers) helper.join();
-  if (firstError) std::rethrow_exception(firstError);
+      },
+      [](std::size_t) {});
   return distances;
 }
 
@@ -148,33 +163,18 @@ PairLibrary build_pair_library(std::span<const SeqRecord> seqs, std::span<const 
   for (int i = 1; i < library.n; ++i)
     for (int j = 0; j < i; ++j) order.emplace_back(i, j);
 
-  std::atomic<std::size_t> next{0}, done{0};
-  std::exception_ptr firstError;
-  std::mutex errorLock;
-  auto work = [&](bool reports) {
-    PairWorkspace ws;
-    for (std::size_t k = next++; k < total; k = next++) {
-      try {
+  run_on_workers(
+      total, threads,
+      [&](PairWorkspace& ws, std::size_t k) {
         const auto [i, j] = order[k];
         const auto si = static_cast<std::size_t>(i), sj = static_cast<std::size_t>(j);
         align_one_pair(ws, seqs[si], codes[si], seqs[sj], codes[sj], scoring, keepMaps, library.pairs[k]);
         if (!likely.empty())
           pair_posteriors(ws.likely, codes[si], codes[sj], likely, library.pairs[k].iLikely, library.pairs[k].jLikely);
-      } catch (...) {
-        const std::lock_guard<std::mutex> hold(errorLock);
-        if (!firstError) firstError = std::current_exception();
-        next = total;
-      }
-      const std::size_t finished = ++done;
-      if (reports && progress) progress(finished, total);
-    }
-  };
-  const int workers = std::max(1, std::min(pair_threads(threads), static_cast<int>(std::max<std::size_t>(total, 1))));
-  std::vector<std::thread> helpers;
-  for (int w = 1; w < workers; ++w) helpers.emplace_back(work, false);
-  work(true);
-  for (std::thread& helper : helpers) helper.join();
-  if (firstError) std::rethrow_exception(firstError);
+      },
+      [&](std::size_t finished) {
+        if (progress) progress(finished, total);
+      });
   if (progress) progress(total, total);
   return library;
 }
